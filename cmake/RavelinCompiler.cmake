@@ -1,0 +1,28 @@
+# Settings that every target of the project shares: language, warnings, visibility, sanitizers.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+set(RAVELIN_SANITIZE
+    ""
+    CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
+
+# Warnings, and the semantics that the binary interface rests on: calls to exported functions go
+# through the dynamic symbol with both compilers.
+function(ravelin_settings target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion
+                                           -fsemantic-interposition)
+  if(RAVELIN_DEVELOPER OR RAVELIN_BENCHMARKS OR RAVELIN_FUZZERS)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  if(RAVELIN_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=${RAVELIN_SANITIZE}
+                                             -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${target} PRIVATE -fsanitize=${RAVELIN_SANITIZE})
+  endif()
+endfunction()

@@ -1,0 +1,11 @@
+// Everything that libKv offers.
+#pragma once
+
+#include "Kv/Path.h"
+#include "Kv/Progress.h"
+#include "Kv/Raster.h"
+#include "Kv/Services.h"
+#include "Kv/Stream.h"
+#include "Kv/Text.h"
+#include "Kv/VarA.h"
+#include "Kv/Vec.h"

@@ -1,0 +1,99 @@
+// Shared references: reference-counted pointers and arrays.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <type_traits>
+
+namespace var_a_legacy {
+
+template <class P>
+class var_a;
+
+/// A shared, reference-counted reference to one object.
+///
+///     var_a_legacy::var_a<TKvStream*> stream(new TKvFileStream(path, kvOpenRead, kvShareAll));
+///     stream->SetPos(0);
+///
+/// Ownership: the object lives while any reference to it does and is deleted, as the type it was
+/// first given as, with the last one. Copying adds a reference, destroying drops one. A reference
+/// may be empty.
+/// Threads: the count is atomic, so references to one object may be copied and dropped on several
+/// threads at once; one reference must not be assigned on two.
+template <class T>
+class var_a<T*> {
+ public:
+  var_a() noexcept = default;
+  var_a(std::nullptr_t) noexcept {}
+  /// Takes ownership of `owned` (null gives an empty reference). When the count cannot be
+  /// allocated, deletes `owned` and throws std::bad_alloc.
+  explicit var_a(T* owned) : object_(Hold(owned)) {}
+  /// From a reference to a derived class.
+  template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+  var_a(const var_a<U*>& other) noexcept : object_(other.object_) {}
+
+  T* get() const noexcept { return object_.get(); }
+  T* operator->() const noexcept { return object_.get(); }
+  T& operator*() const noexcept { return *object_; }
+  explicit operator bool() const noexcept { return object_ != nullptr; }
+  /// Drops the reference; empty afterwards.
+  void reset() noexcept { object_.reset(); }
+  /// How many references share the object; 0 when empty. A hint only while other threads copy.
+  long use_count() const noexcept { return object_.use_count(); }
+
+ private:
+  template <class P>
+  friend class var_a;
+
+  static std::shared_ptr<T> Hold(T* owned) {
+    return owned == nullptr ? std::shared_ptr<T>() : std::shared_ptr<T>(owned);
+  }
+
+  std::shared_ptr<T> object_;
+};
+
+template <class T, class U>
+bool operator==(const var_a<T*>& a, const var_a<U*>& b) noexcept {
+  return a.get() == b.get();
+}
+template <class T, class U>
+bool operator!=(const var_a<T*>& a, const var_a<U*>& b) noexcept {
+  return a.get() != b.get();
+}
+template <class T>
+bool operator==(const var_a<T*>& a, std::nullptr_t) noexcept {
+  return !a;
+}
+template <class T>
+bool operator==(std::nullptr_t, const var_a<T*>& a) noexcept {
+  return !a;
+}
+template <class T>
+bool operator!=(const var_a<T*>& a, std::nullptr_t) noexcept {
+  return static_cast<bool>(a);
+}
+template <class T>
+bool operator!=(std::nullptr_t, const var_a<T*>& a) noexcept {
+  return static_cast<bool>(a);
+}
+
+/// A shared array with value-initialised elements.
+///
+/// Ownership: copies share the elements, which are destroyed with the last copy. Elements are not
+/// checked against the size. Throws std::bad_alloc when the array cannot be allocated.
+template <class T>
+class newarray_a {
+ public:
+  newarray_a() noexcept = default;
+  explicit newarray_a(unsigned long count) : elements_(new T[count]()), size_(count) {}
+
+  T& operator[](unsigned long i) const { return elements_[static_cast<std::ptrdiff_t>(i)]; }
+  T* get() const noexcept { return elements_.get(); }
+  unsigned long size() const noexcept { return size_; }
+
+ private:
+  std::shared_ptr<T[]> elements_;
+  unsigned long size_ = 0;
+};
+
+}  // namespace var_a_legacy

@@ -1,0 +1,24 @@
+// Small vectors of fixed length.
+#pragma once
+
+/// N values of type T; an aggregate. `vec_t_<unsigned long, 2>` is a size {width, height}.
+/// Indices are not checked.
+template <class T, int N>
+struct vec_t_ {
+  T v[N];
+
+  constexpr T& operator[](int i) { return v[i]; }
+  constexpr const T& operator[](int i) const { return v[i]; }
+};
+
+template <class T, int N>
+constexpr bool operator==(const vec_t_<T, N>& a, const vec_t_<T, N>& b) {
+  for (int i = 0; i < N; ++i) {
+    if (!(a.v[i] == b.v[i])) return false;
+  }
+  return true;
+}
+template <class T, int N>
+constexpr bool operator!=(const vec_t_<T, N>& a, const vec_t_<T, N>& b) {
+  return !(a == b);
+}
