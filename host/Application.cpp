@@ -1,0 +1,66 @@
+#include "host/Application.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <new>
+#include <string>
+
+#include "SatCommonUtils/Module.h"
+#include "host/HostError.h"
+
+namespace ravelin {
+namespace {
+
+class ModuleScope {
+ public:
+  ModuleScope() { Init_Ravelin(); }
+  ModuleScope(const ModuleScope&) = delete;
+  ModuleScope& operator=(const ModuleScope&) = delete;
+  ~ModuleScope() { Deinit_Ravelin(); }
+};
+
+void DescribeApplication(CLI::App& app) {
+  app.name("ravelin");
+  app.description("Opens the raw products of satellite sensors.");
+  app.set_version_flag("--version", "ravelin " RAVELIN_VERSION, "Print the version and exit");
+  app.set_help_flag("-h,--help", "Print this help and exit");
+  app.get_formatter()->column_width(34);
+  app.require_subcommand(1);
+}
+
+// Each subcommand lives in a file of its own and runs in its CLI11 callback. It reports failure by
+// throwing HostError, wrong use by throwing CLI::ValidationError.
+void AddCommands(CLI::App&) {}
+
+int Report(const std::string& message, ExitCode code) {
+  std::cerr << "ravelin: " << Printable(message) << '\n';
+  return code;
+}
+
+int ReportParse(const CLI::App& app, const CLI::ParseError& error) {
+  if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(error);
+  return Report(std::string(error.what()) + "; see ravelin --help", kExitWrongUse);
+}
+
+}  // namespace
+
+int RunApplication(int argc, const char* const* argv) {
+  try {
+    CLI::App app;
+    DescribeApplication(app);
+    AddCommands(app);
+    try {
+      const ModuleScope module;
+      app.parse(argc, argv);
+      return kExitDone;
+    } catch (const CLI::ParseError& error) {
+      return ReportParse(app, error);
+    }
+  } catch (const std::bad_alloc&) {
+    return Report("memory: there is not enough; ask for a smaller --rect", kExitFailed);
+  } catch (const std::exception& error) {
+    return Report(error.what(), kExitFailed);
+  }
+}
+
+}  // namespace ravelin
