@@ -16,8 +16,8 @@ inline constexpr int kMaxKernelChannels = 8;
 struct TPixelKernels {
   /// Copies `count` 16-bit samples and exchanges the two bytes of each. `to` may be `from`.
   void (*copySwapped)(void* to, const void* from, std::size_t count);
-  /// Writes `count` pixels of `channels` (2 to 8) samples: pixel p, channel k from from[k] + 2 p, at
-  /// to + 2 (p * channels + k). Writes exactly count * channels samples.
+  /// Writes `count` pixels of `channels` (2 to 8) samples: pixel p, channel k from from[k] + 2 p,
+  /// at to + 2 (p * channels + k). Writes exactly count * channels samples.
   void (*interleave)(void* to, const unsigned char* const* from, int channels, std::size_t count);
   const char* name;  ///< "plain", "sse4.1", "avx2"
 };
