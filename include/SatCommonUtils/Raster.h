@@ -122,6 +122,7 @@ class TRawDibData : public TPushbroomDibData<T> {
   void PurgeCache() override;
 
  protected:
+  bool GrowRowCache(unsigned long rowBytes);
   bool ReadRows(const long* pos, const long* size, bool swapBytes);
 
   T* rowCache = nullptr;
@@ -276,6 +277,11 @@ class RAVELIN_EXPORT TSuperTiledDibDataEnvelope : public TBasePushbroomDibData {
  protected:
   unsigned char* tileBuffer = nullptr;
   unsigned long tileBufferSize = 0;  ///< bytes
+
+ private:
+  struct TStitching;
+
+  bool DrawTile(const TSuperTileData& tile, const TStitching& work);
 };
 
 }  // namespace SatCommonUtils

@@ -1,0 +1,26 @@
+#include "raster/RequestMath.h"
+
+namespace SatCommonUtils {
+
+std::optional<TInnerPart> CutToRaster(const TKvDibRectI& request, long width, long height) {
+  if (request.w < 1 || request.h < 1) return std::nullopt;
+  const long x0 = std::max(request.x, 0L);
+  const long y0 = std::max(request.y, 0L);
+  const long x1 = std::min(SaturatedSum(request.x, request.w), width);
+  const long y1 = std::min(SaturatedSum(request.y, request.h), height);
+  if (x1 <= x0 || y1 <= y0) return std::nullopt;
+  return TInnerPart{{x0, y0, x1 - x0, y1 - y0}, x0 - request.x, y0 - request.y};
+}
+
+unsigned char* PixelAddress(const TKvDibDataOutBuffer& out, long x, long y, long bytesPerPixel) {
+  long column;
+  long row;
+  long offset;
+  if (__builtin_mul_overflow(x, bytesPerPixel, &column) ||
+      __builtin_mul_overflow(y, out.stride, &row) || __builtin_add_overflow(column, row, &offset)) {
+    return nullptr;
+  }
+  return out.data + offset;
+}
+
+}  // namespace SatCommonUtils
