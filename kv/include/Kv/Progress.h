@@ -27,7 +27,8 @@ class KV_EXPORT TKvProgress {
   TKvProgress& operator=(const TKvProgress&) = delete;
   ~TKvProgress();
 
-  /// Calls the handler's Start(true).
+  bool Tag() const { return tag_; }
+  /// Calls the handler's Start(true). When that throws, the scope does not run on its account.
   void StartIndefinite();
   /// Calls the handler's Stop() once; nothing when the scope does not run.
   void Stop();

@@ -13,9 +13,9 @@
 class TKvProgressHandler;
 
 /// A rectangle of full-resolution pixels. `scale` is the number of full-resolution pixels to one
-/// pixel asked for, along each axis: 1 is full resolution, 2 half. A negative, infinite or NaN
-/// size, an infinite or NaN position, and a scale that is not a positive finite number make an
-/// empty request at level 0.
+/// pixel asked for, along each axis: 1 is full resolution, 2 half. A request may start left of the
+/// raster or below it. A negative, infinite or NaN size, an infinite or NaN position, and a scale
+/// that is not a positive finite number make an empty request, {0, 0, 0, 0} of level 0.
 struct TKvDibRect {
   vec_t_<double, 2> pos;
   vec_t_<double, 2> size;
@@ -61,7 +61,8 @@ class KV_EXPORT TKvDibData {
   virtual TKvDibRect BoundsEx(const TKvDibRect& rect) const;
   virtual const TKvDibChannels& Channels() const = 0;
   /// The largest L with 2^L not above the scale, 0 for a scale below 1; never cut to the levels
-  /// that the raster has. `*exact` (may be null) tells whether the scale is 2^L.
+  /// that the raster has. `*exact` (may be null) tells whether the scale is 2^L; it is false where
+  /// the scale, the position or the size makes an empty request.
   virtual unsigned long GetInterpolationLevel(const TKvDibRect& rect,
                                               const TInterpolationQuality& quality,
                                               bool* exact) const = 0;
@@ -71,7 +72,8 @@ class KV_EXPORT TKvDibData {
   virtual int GetRect(const TKvDibDataOutBuffer& out, const TKvDibRect& rect,
                       const TInterpolationQuality& quality, int param,
                       TKvProgressHandler* progress) = 0;
-  /// Sets `size` pixels to zero, rows `out.stride` apart.
+  /// Sets `size` pixels to zero, rows `out.stride` apart, downwards when it is negative. Nothing
+  /// when `out.data` is null. Throws std::length_error for a size that no buffer can have.
   virtual void FillDefaultColor(const TKvDibDataOutBuffer& out,
                                 const vec_t_<unsigned long, 2>& size);
   /// Drops what the raster holds only for speed.
@@ -114,21 +116,33 @@ class KV_EXPORT TKvMultiScaleDibData : public TKvDibData {
   /// No levels.
   virtual void ResetLevelBounds();
   /// `levels` levels, every one with position 0 and the full-resolution size, level L with scale
-  /// 2^L.
+  /// 2^L. Throws std::length_error or std::bad_alloc when there are too many, and keeps the former
+  /// ones.
   virtual void FillDefaultLevelBounds(vec_t_<unsigned long, 2> size, unsigned long levels);
   /// Pixels of one level. Returns 2 here, and anywhere for a level that is not there.
   virtual int GetRect(unsigned long level, const TKvDibRectI& rect, const TKvDibDataOutBuffer& out);
 
  protected:
+  /// What GetAllLevels lists. A deriving class may fill it with anything: a size that is not a
+  /// number or below 1 counts as 0, one beyond the integers as the largest.
   std::vector<TKvDibRect> levelBounds;
 };
 
-/// A raster in memory, filled by its owner. Sample sizes of 1, 2, 4 and 8 bytes are unsigned
-/// integers in the machine's byte order.
+/// A raster in memory, filled by its owner. Samples of 1, 2, 4 and 8 bytes are unsigned integers in
+/// the machine's byte order; of any other size, bytes without a meaning.
+///
+///     TKvMemoryDibData raster(640, 480, {0, 1, {6, 4, 3}}, 3);
+///     std::memcpy(raster.Pixels(), rgb, 640 * 480 * 3);
+///     raster.BuildLevels();
+///
+/// Ownership: the raster owns its pixels, which stay at their address while it lives; copies are
+/// deep. Refilling or resetting the level bounds changes what is listed, never the pixels.
+/// Threads: several may read one raster while none writes to it.
 class KV_EXPORT TKvMemoryDibData : public TKvMultiScaleDibData {
  public:
   /// Zero pixels at every level. Throws std::length_error when the size overflows, std::bad_alloc
-  /// when memory is short.
+  /// when memory is short. A side, a sample size or a number of channels of 0 makes a raster
+  /// without pixels.
   TKvMemoryDibData(unsigned long width, unsigned long height, const TKvDibChannels& channels,
                    unsigned long levels);
   ~TKvMemoryDibData() override;
@@ -136,17 +150,28 @@ class KV_EXPORT TKvMemoryDibData : public TKvMultiScaleDibData {
   /// Level 0: rows from the bottom, pixels interleaved, no padding. Null for an empty raster.
   unsigned char* Pixels();
   /// Fills the other levels: each pixel the mean, halves rounded up, of the up to 2 x 2 pixels of
-  /// the level below that it covers, channel by channel.
+  /// the level below that it covers, channel by channel. Samples that are not of 1, 2, 4 or 8 bytes
+  /// are those of the lower left of these pixels. Linear in the pixels of level 0.
   void BuildLevels();
 
   const TKvDibChannels& Channels() const override;
   void PurgeCache() override;
   using TKvMultiScaleDibData::GetRect;
-  /// Copies only what lies inside.
+  /// Copies only what lies inside: pixel (x, y) of the level goes to out.data + (y - rect.y) *
+  /// stride + (x - rect.x) * bytes of a pixel. Returns 3 when a pixel was written, 2 otherwise,
+  /// also when `out.data` is null or the place lies farther from it than any buffer reaches.
   int GetRect(unsigned long level, const TKvDibRectI& rect,
               const TKvDibDataOutBuffer& out) override;
 
  private:
+  struct Level {
+    vec_t_<unsigned long, 2> size;
+    std::vector<unsigned char> pixels;
+  };
+
+  void BuildLevel(const Level& below, Level& level) const;
+
   TKvDibChannels channels_;
-  std::vector<std::vector<unsigned char>> pixels_;
+  unsigned long pixelSize_;
+  std::vector<Level> levels_;
 };
