@@ -7,6 +7,7 @@
 
 #include "SatCommonUtils/Module.h"
 #include "host/HostError.h"
+#include "host/Interrupt.h"
 
 namespace ravelin {
 namespace {
@@ -49,6 +50,7 @@ int RunApplication(int argc, const char* const* argv) {
     CLI::App app;
     DescribeApplication(app);
     AddCommands(app);
+    InstallInterruptHandlers();
     try {
       const ModuleScope module;
       app.parse(argc, argv);
