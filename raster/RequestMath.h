@@ -38,6 +38,15 @@ inline long SignedSize(unsigned long size) {
   return static_cast<long>(std::min(size, most));
 }
 
+inline bool SameRect(const TKvDibRectI& a, const TKvDibRectI& b) {
+  return a.x == b.x && a.y == b.y && a.w == b.w && a.h == b.h;
+}
+
+/// The bytes of a pixel of interleaved channels; -1 when they leave the range of long.
+inline long BytesPerPixel(const TKvDibChannels& channels) {
+  return SizeProduct(channels.kinds.size(), channels.sampleSize).value_or(-1);
+}
+
 /// The part of a request that lies inside a raster.
 struct TInnerPart {
   TKvDibRectI rect;  ///< in the raster's pixels, not empty

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
-#include <set>
 #include <stdexcept>
 
 #include "SatCommonUtils/Raster.h"
@@ -35,25 +34,51 @@ std::vector<int> ChannelOrder(const std::map<int, TBand>& bands) {
   return order;
 }
 
-long BytesPerPixel(const TKvDibChannels& channels) {
-  return SizeProduct(channels.kinds.size(), channels.sampleSize).value_or(-1);
-}
-
 /// The pixels of one band for the part of the request inside the raster.
 struct TChannelSource {
   TPixelRows rows;
   long bytesPerPixel;
 };
 
+/// What one request needs of memory, all of it allocated before the first band is asked.
+struct TWorkspace {
+  std::vector<TBasePushbroomDibData*> bands;  ///< in channel order
+  std::vector<TChannelSource> sources;
+  std::vector<const unsigned char*> rows;
+  TBlocks blocks;
+  bool distinct = false;  ///< no band fills two channels
+};
+
 /// One request while it is answered.
-struct TComposition {
+struct TRequest {
   const TKvDibRect& rect;
   const TInterpolationQuality& quality;
   int param;
   TKvProgressHandler* progress;
-  TKvDibRectI request;
+  TKvDibRectI pixels;
   TInnerPart part;
 };
+
+/// False when a channel has no band or memory is short.
+bool Prepare(const std::map<unsigned int, int>& channelBands, const std::map<int, TBand>& bands,
+             TWorkspace* space) {
+  try {
+    for (const auto& channel : channelBands) {
+      const auto band = bands.find(channel.second);
+      if (band == bands.end() || !band->second) return false;
+      space->bands.push_back(band->second.get());
+    }
+    space->sources.resize(space->bands.size());
+    space->rows.resize(space->bands.size());
+    space->blocks = TBlocks(space->bands.size());
+    std::vector<TBasePushbroomDibData*> sorted = space->bands;
+    std::sort(sorted.begin(), sorted.end());
+    space->distinct = std::adjacent_find(sorted.begin(), sorted.end()) == sorted.end();
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  return true;
+}
 
 /// A block of full requested rows for one band; false when it cannot be allocated.
 bool AllocateBlock(TKvDibDataOutBufferAutoRelease& block, const TKvDibRectI& request,
@@ -74,18 +99,20 @@ bool AllocateBlock(TKvDibDataOutBufferAutoRelease& block, const TKvDibRectI& req
 /// Gets one band's pixels. They lie in the band's block, or in place when `inPlace`; what the band
 /// does not write of its block stays as it was allocated. False when memory is short or the band's
 /// result lacks bit 2.
-bool FetchBand(TBasePushbroomDibData& band, const TComposition& work, bool inPlace,
+bool FetchBand(TBasePushbroomDibData& band, const TRequest& request, bool inPlace,
                TKvDibDataOutBufferAutoRelease& block, TChannelSource* source) {
   const long bytesPerPixel = BytesPerPixel(band.channels);
   // The block is taken in any case: a request too large for it gives 2.
-  if (!AllocateBlock(block, work.request, bytesPerPixel)) return false;
+  if (!AllocateBlock(block, request.pixels, bytesPerPixel)) return false;
   source->bytesPerPixel = bytesPerPixel;
-  if (inPlace && ReadInPlace(band, work.part.rect, &source->rows)) return true;
-  source->rows = {block.data + work.part.skipY * block.stride + work.part.skipX * bytesPerPixel,
+  if (inPlace && ReadInPlace(band, request.part.rect, &source->rows)) return true;
+  const TInnerPart& part = request.part;
+  source->rows = {block.data + part.skipY * block.stride + part.skipX * bytesPerPixel,
                   block.stride};
   // A failed read is the result 2, which has bit 2: the composition goes on.
   if (inPlace) return true;
-  const int result = band.GetRect(block, work.rect, work.quality, work.param, work.progress);
+  const int result =
+      band.GetRect(block, request.rect, request.quality, request.param, request.progress);
   return (result & kvDibNothing) != 0;
 }
 
@@ -100,55 +127,57 @@ void CopyChannel(unsigned char* to, const TChannelSource& source, const unsigned
   }
 }
 
-/// Interleaves rows of channels into rows of pixels.
-class TInterleaver {
- public:
-  TInterleaver(const std::vector<TChannelSource>& sources, long outPixel)
-      : sources_(sources), outPixel_(outPixel), rows_(sources.size()) {
-    for (std::size_t k = 0; k < sources.size(); ++k) rows_[k] = sources[k].rows.bottom;
-    constexpr long sampleBytes = sizeof(unsigned short);
-    const bool words = std::all_of(
-        sources.begin(), sources.end(),
-        [](const TChannelSource& source) { return source.bytesPerPixel == sampleBytes; });
-    uniform_ = words && outPixel == static_cast<long>(sources.size()) * sampleBytes;
-  }
+/// Whether all channels are 16-bit samples that fill the destination pixel exactly.
+bool AllWords(const std::vector<TChannelSource>& sources, long outPixel) {
+  constexpr long sampleBytes = sizeof(unsigned short);
+  return outPixel == static_cast<long>(sources.size()) * sampleBytes &&
+         std::all_of(sources.begin(), sources.end(), [](const TChannelSource& source) {
+           return source.bytesPerPixel == sampleBytes;
+         });
+}
 
-  /// Writes one row of `pixels` and goes on to the next one up.
-  void WriteRow(unsigned char* to, long pixels) {
-    if (uniform_ && rows_.size() == 1) {
-      std::memcpy(to, rows_[0], static_cast<std::size_t>(pixels * outPixel_));
-    } else if (uniform_ && rows_.size() <= kMaxKernelChannels) {
-      Kernels().interleave(to, rows_.data(), static_cast<int>(rows_.size()),
-                           static_cast<std::size_t>(pixels));
-    } else {
-      for (std::size_t k = 0; k < rows_.size(); ++k) {
-        const long offset = static_cast<long>(k) * sources_[k].bytesPerPixel;
-        CopyChannel(to, sources_[k], rows_[k], offset, outPixel_, pixels);
-      }
+/// Interleaves one row of pixels from `rows`.
+void WriteRow(unsigned char* to, const TWorkspace& space, long outPixel, long pixels, bool words) {
+  const std::vector<const unsigned char*>& rows = space.rows;
+  if (words && rows.size() == 1) {
+    std::memcpy(to, rows[0], static_cast<std::size_t>(pixels * outPixel));
+  } else if (words && rows.size() <= kMaxKernelChannels) {
+    Kernels().interleave(to, rows.data(), static_cast<int>(rows.size()),
+                         static_cast<std::size_t>(pixels));
+  } else {
+    for (std::size_t k = 0; k < rows.size(); ++k) {
+      const long offset = static_cast<long>(k) * space.sources[k].bytesPerPixel;
+      CopyChannel(to, space.sources[k], rows[k], offset, outPixel, pixels);
     }
-    for (std::size_t k = 0; k < rows_.size(); ++k) rows_[k] += sources_[k].rows.step;
   }
+}
 
- private:
-  const std::vector<TChannelSource>& sources_;
-  long outPixel_;
-  std::vector<const unsigned char*> rows_;
-  bool uniform_;
-};
+/// Interleaves all rows of the part, from `to` upwards.
+void Interleave(unsigned char* to, long stride, const TKvDibRectI& part, long outPixel,
+                TWorkspace* space) {
+  const bool words = AllWords(space->sources, outPixel);
+  for (std::size_t k = 0; k < space->rows.size(); ++k) {
+    space->rows[k] = space->sources[k].rows.bottom;
+  }
+  for (long row = 0; row < part.h; ++row, to += stride) {
+    WriteRow(to, *space, outPixel, part.w, words);
+    for (std::size_t k = 0; k < space->rows.size(); ++k) {
+      space->rows[k] += space->sources[k].rows.step;
+    }
+  }
+}
 
 /// Whether every band can be read in place for this request. Bands that run code of others, or one
-/// band in two places, might overwrite a read buffer that is still needed.
-bool AllInPlace(const std::vector<TBasePushbroomDibData*>& order, const TComposition& work,
-                long width, long height) {
-  std::set<const TBasePushbroomDibData*> seen;
-  return std::all_of(order.begin(), order.end(), [&](TBasePushbroomDibData* band) {
+/// band in two channels, might overwrite a read buffer that is still needed.
+bool AllInPlace(const TWorkspace& space, const TRequest& request, long width, long height) {
+  const auto fits = [&](TBasePushbroomDibData* band) {
     if (!CanReadInPlace(*band) || band->width != width || band->height != height) return false;
     TKvDibRectI own;
-    const unsigned long level = band->Rect2RectI(work.rect, work.quality, work.param, &own, false);
-    const bool same = own.x == work.request.x && own.y == work.request.y &&
-                      own.w == work.request.w && own.h == work.request.h;
-    return level == 0 && same && seen.insert(band).second;
-  });
+    const unsigned long level =
+        band->Rect2RectI(request.rect, request.quality, request.param, &own, false);
+    return level == 0 && SameRect(own, request.pixels);
+  };
+  return space.distinct && std::all_of(space.bands.begin(), space.bands.end(), fits);
 }
 
 }  // namespace
@@ -197,34 +226,27 @@ bool TSeparateBandsDibData::Setup(const std::map<int, TBand>& given) {
 int TSeparateBandsDibData::GetRect(const TKvDibDataOutBuffer& out, const TKvDibRect& rect,
                                    const TInterpolationQuality& quality, int param,
                                    TKvProgressHandler* progress) {
-  TKvDibRectI request;
-  if (Rect2RectI(rect, quality, param, &request, false) != 0) {
+  TKvDibRectI pixels;
+  if (Rect2RectI(rect, quality, param, &pixels, false) != 0) {
     throw std::logic_error("@TSeparateBandsDibData::GetRectMS - Invalid scale");
   }
-  const std::optional<TInnerPart> part = CutToRaster(request, width, height);
+  const std::optional<TInnerPart> part = CutToRaster(pixels, width, height);
   if (!part) return kvDibNothing;
-  const TComposition work{rect, quality, param, progress, request, *part};
+  const TRequest request{rect, quality, param, progress, pixels, *part};
 
-  std::vector<TBasePushbroomDibData*> order;
-  for (const auto& channel : channelBands) {
-    const auto band = bands.find(channel.second);
-    if (band == bands.end() || !band->second) return kvDibNothing;
-    order.push_back(band->second.get());
-  }
-  const bool inPlace = AllInPlace(order, work, width, height);
-  const TBlocks blocks(order.size());
-  std::vector<TChannelSource> sources(order.size());
-  for (std::size_t k = 0; k < order.size(); ++k) {
-    if (!FetchBand(*order[k], work, inPlace, blocks[k], &sources[k])) return kvDibNothing;
+  TWorkspace space;
+  if (!Prepare(channelBands, bands, &space)) return kvDibNothing;
+  const bool inPlace = AllInPlace(space, request, width, height);
+  for (std::size_t k = 0; k < space.bands.size(); ++k) {
+    if (!FetchBand(*space.bands[k], request, inPlace, space.blocks[k], &space.sources[k])) {
+      return kvDibNothing;
+    }
   }
 
   const long outPixel = BytesPerPixel(channels);
   unsigned char* to = PixelAddress(out, part->skipX, part->skipY, outPixel);
   if (outPixel < 0 || to == nullptr) return kvDibNothing;
-  TInterleaver interleaver(sources, outPixel);
-  for (long row = 0; row < part->rect.h; ++row, to += out.stride) {
-    interleaver.WriteRow(to, part->rect.w);
-  }
+  Interleave(to, out.stride, part->rect, outPixel, &space);
   return kvDibWritten;
 }
 

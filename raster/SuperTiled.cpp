@@ -15,10 +15,6 @@ constexpr long kBufferSlack = 4;
 /// No buffer of a process is longer: user addresses have 47 bits.
 constexpr long kMostBytes = 1L << 47;
 
-long BytesPerPixel(const TKvDibChannels& channels) {
-  return SizeProduct(channels.kinds.size(), channels.sampleSize).value_or(-1);
-}
-
 /// Clears `h` rows of `w` pixels; false, and nothing is written, when no buffer can be so large.
 bool Clear(const TKvDibDataOutBuffer& out, long w, long h, long bytesPerPixel) {
   const std::optional<long> rowBytes = SizeProduct(w, bytesPerPixel);
@@ -71,10 +67,6 @@ TTilePart PartOfTile(const TSuperTileData& tile, unsigned long level, const TTop
            common.bottom - common.top + 1}};
 }
 
-bool Same(const TKvDibRectI& a, const TKvDibRectI& b) {
-  return a.x == b.x && a.y == b.y && a.w == b.w && a.h == b.h;
-}
-
 }  // namespace
 
 /// One request while it is answered.
@@ -94,9 +86,10 @@ struct TSuperTiledDibDataEnvelope::TStitching {
                const TKvDibRectI& part) const {
     if (!CanReadInPlace(raster)) return false;
     TKvDibRectI own;
-    if (raster.Rect2RectI(rect, quality, param, &own, false) != 0 || !Same(own, part)) return false;
+    if (raster.Rect2RectI(rect, quality, param, &own, false) != 0 || !SameRect(own, part))
+      return false;
     const std::optional<TInnerPart> inside = CutToRaster(own, raster.width, raster.height);
-    return inside && Same(inside->rect, part);
+    return inside && SameRect(inside->rect, part);
   }
 
   /// Copies the rows of a tile's part to their place; never beyond the tile's own row.
