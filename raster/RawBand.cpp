@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "SatCommonUtils/Raster.h"
 #include "raster/PixelKernels.h"
@@ -72,7 +73,7 @@ bool TRawDibData<T>::Setup(var_a_legacy::var_a<TKvStream*> stream, unsigned long
   rowCacheSize = 0;
   if (width == 0 || height == 0 || !stream) return false;
 
-  this->stream = stream;
+  this->stream = std::move(stream);
   this->width = static_cast<long>(width);
   this->height = static_cast<long>(height);
   this->bandsCount = 1;
@@ -151,7 +152,7 @@ TRawWordDibData::~TRawWordDibData() = default;
 bool TRawWordDibData::Setup(var_a_legacy::var_a<TKvStream*> stream, unsigned long width,
                             unsigned long height, TBytesOrder order) {
   bytesOrder = order;
-  return TRawDibData<unsigned short>::Setup(stream, width, height);
+  return TRawDibData<unsigned short>::Setup(std::move(stream), width, height);
 }
 
 bool TRawWordDibData::ReadData(long* pos, long* size) {

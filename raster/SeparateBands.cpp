@@ -199,7 +199,7 @@ void TSeparateBandsDibData::Reset() {
 
 bool TSeparateBandsDibData::Setup(const std::map<int, TBand>& given) {
   // The argument may be this object's own map.
-  const std::map<int, TBand> wanted = given;
+  std::map<int, TBand> wanted = given;
   Reset();
   if (wanted.empty()) return false;
   const TBand& first = wanted.begin()->second;
@@ -210,11 +210,11 @@ bool TSeparateBandsDibData::Setup(const std::map<int, TBand>& given) {
   });
   if (!fit) return false;
 
-  bands = wanted;
   width = first->width;
   height = first->height;
-  bandsCount = static_cast<long>(bands.size());
   channels.sampleSize = first->channels.sampleSize;
+  bands.swap(wanted);
+  bandsCount = static_cast<long>(bands.size());
   channels.kinds = ChannelOrder(bands);
   unsigned int channel = 0;
   for (const int key : channels.kinds) channelBands[channel++] = key;

@@ -126,7 +126,7 @@ void TSuperTiledDibDataEnvelope::Reset() {
 bool TSuperTiledDibDataEnvelope::Setup(const std::vector<TSuperTileData>& given,
                                        const TVisibleBandsOrder* order) {
   // The argument may be this object's own list.
-  const std::vector<TSuperTileData> wanted = given;
+  std::vector<TSuperTileData> wanted = given;
   Reset();
   unsigned long stitchedWidth;
   unsigned long stitchedHeight;
@@ -140,7 +140,7 @@ bool TSuperTiledDibDataEnvelope::Setup(const std::vector<TSuperTileData>& given,
   height = SignedSize(stitchedHeight);
   bandsCount = static_cast<long>(bands);
   channels.sampleSize = sampleSize;
-  tiles = wanted;
+  tiles.swap(wanted);
   if (bandsCount == 1) {
     channels.kinds.assign(1, 1);
   } else if (!SetVisibleBandsOrder(order)) {
