@@ -62,6 +62,7 @@ TRawDibData<T>::~TRawDibData() {
 }
 
 template <class T>
+// The interface takes the reference by value. NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool TRawDibData<T>::Setup(var_a_legacy::var_a<TKvStream*> stream, unsigned long width,
                            unsigned long height) {
   this->stream.reset();
