@@ -44,7 +44,11 @@ class KV_EXPORT TKvStream {
   /// most `size` - 1 of them; a longer line comes in pieces. The LF of a line of exactly
   /// `size` - 1 bytes is consumed with it. Returns the bytes consumed, the LF counted (an empty
   /// line gives 1), and 0 when nothing could be read. Reads ahead; Read after it continues at the
-  /// byte behind the line.
+  /// byte behind the line. With a `size` of 0 nothing is stored, and 0 returned.
+  ///
+  /// The base class works through Read and SetPos and moves back over what it read too far. On a
+  /// stream whose SetPos fails it reads byte by byte, and the LF of a line of exactly `size` - 1
+  /// bytes then makes an empty line of its own.
   virtual unsigned long ReadLine(char* buffer, unsigned long size);
   /// Drops what the stream buffers.
   virtual void Purge();
@@ -61,7 +65,12 @@ class KV_EXPORT TKvStream {
 /// it stay resident. Otherwise, for pipes and special files, and for bytes beyond the size that the
 /// file had when it was opened, a read is one system call. A file that is cut short or fails while
 /// it is read makes Read short and raises no signal in the host.
-/// Writing is not buffered: a full disk is reported by the call that met it.
+/// Writing is not buffered: a full disk is reported by the call that met it. A file written cannot
+/// be read through the same stream, nor the other way round.
+///
+/// A pipe or terminal has no positions: SetPos succeeds only where the stream stands, getSize is 0,
+/// Eof is true once a read came short, and Purge keeps what ReadLine has read ahead.
+///
 /// The file is closed with the object. Not copyable.
 class KV_EXPORT TKvFileStream : public TKvStream {
  public:
@@ -95,7 +104,8 @@ class KV_EXPORT TKvFileStream : public TKvStream {
 
 /// A growing byte buffer that is read and written like a file.
 ///
-/// A write behind the end fills the gap with zero bytes. A write that memory cannot hold returns 0.
+/// A write behind the end fills the gap with zero bytes. A write that memory cannot hold returns 0
+/// and changes nothing.
 class KV_EXPORT TKvMemoryStream : public TKvStream {
  public:
   TKvMemoryStream();
@@ -112,8 +122,12 @@ class KV_EXPORT TKvMemoryStream : public TKvStream {
   unsigned long GetPos() const override;
   unsigned long getSize() const override;
   bool Eof() const override;
+  unsigned long ReadLine(char* buffer, unsigned long size) override;
 
  private:
+  unsigned long Left() const;
+
   std::string bytes_;
   unsigned long pos_ = 0;
+  bool stopped_ = false;
 };
