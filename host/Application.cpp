@@ -6,8 +6,11 @@
 #include <string>
 
 #include "SatCommonUtils/Module.h"
+#include "host/ComposeCommand.h"
 #include "host/HostError.h"
+#include "host/InfoCommand.h"
 #include "host/Interrupt.h"
+#include "host/StitchCommand.h"
 
 namespace ravelin {
 namespace {
@@ -26,12 +29,20 @@ void DescribeApplication(CLI::App& app) {
   app.set_version_flag("--version", "ravelin " RAVELIN_VERSION, "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.get_formatter()->column_width(34);
+  app.footer(
+      "Exit codes: 0 done, 1 the work failed, 2 wrong use.\n\n"
+      "Example:\n"
+      "  ravelin compose --size 1200x900 --band red=b4.raw green=b3.raw blue=b2.raw -o rgb.png");
   app.require_subcommand(1);
 }
 
 // Each subcommand lives in a file of its own and runs in its CLI11 callback. It reports failure by
 // throwing HostError, wrong use by throwing CLI::ValidationError.
-void AddCommands(CLI::App&) {}
+void AddCommands(CLI::App& app) {
+  AddComposeCommand(app);
+  AddStitchCommand(app);
+  AddInfoCommand(app);
+}
 
 int Report(const std::string& message, ExitCode code) {
   std::cerr << "ravelin: " << Printable(message) << '\n';
@@ -40,7 +51,9 @@ int Report(const std::string& message, ExitCode code) {
 
 int ReportParse(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(error);
-  return Report(std::string(error.what()) + "; see ravelin --help", kExitWrongUse);
+  std::string help = "ravelin ";
+  for (const CLI::App* command : app.get_subcommands()) help += command->get_name() + " ";
+  return Report(std::string(error.what()) + "; see " + help + "--help", kExitWrongUse);
 }
 
 }  // namespace

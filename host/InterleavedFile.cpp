@@ -1,0 +1,40 @@
+#include "host/InterleavedFile.h"
+
+#include <bit>
+
+#include "host/EnviHeader.h"
+#include "host/PendingFile.h"
+#include "host/ProgressBar.h"
+
+namespace ravelin {
+namespace {
+
+static_assert(std::endian::native == std::endian::little, "samples are written as they are");
+
+EnviHeader HeaderOf(const AreaReader& area, const std::vector<std::string>& bandNames) {
+  EnviHeader header;
+  header.samples = static_cast<unsigned long>(area.Width());
+  header.lines = static_cast<unsigned long>(area.Height());
+  header.bands = static_cast<unsigned long>(area.Channels());
+  header.bandNames = bandNames;
+  return header;
+}
+
+}  // namespace
+
+void WriteInterleaved(AreaReader& area, const std::vector<std::string>& bandNames,
+                      const std::string& path, std::ostream* terminal) {
+  PendingFile image(path);
+  PendingFile header(EnviHeaderPath(path));
+  const std::string text = FormatEnviHeader(HeaderOf(area, bandNames));
+  header.Write(text.data(), text.size());
+  ProgressBar bar(terminal, static_cast<unsigned long>(area.Height()));
+  const auto write = [&](const std::uint16_t* samples, long rows) {
+    const long count = rows * area.Width() * area.Channels();
+    image.Write(samples, static_cast<std::size_t>(count) * sizeof(std::uint16_t));
+  };
+  area.ReadBlocks(write, &bar);
+  PendingFile::CommitTogether({&header, &image});
+}
+
+}  // namespace ravelin

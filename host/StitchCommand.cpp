@@ -1,0 +1,71 @@
+#include "host/StitchCommand.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/HostError.h"
+#include "host/Output.h"
+#include "host/ParseNumber.h"
+#include "host/TileFiles.h"
+#include "host/TileSet.h"
+
+namespace ravelin {
+namespace {
+
+struct Arguments {
+  std::string index;
+  std::string level = "0";
+  bool allowOutside = false;
+  OutputArguments output;
+};
+
+unsigned long LevelOf(const std::string& text) {
+  const std::optional<unsigned long> level = ParseNumber<unsigned long>(text);
+  if (!level) throw CLI::ValidationError("--level", "'" + text + "' is not a whole number from 0");
+  return *level;
+}
+
+void CheckLevel(const TileSet& set, unsigned long level, const std::string& index) {
+  const unsigned long levels = set.raster->GetAllLevels(nullptr);
+  if (level < levels) return;
+  throw HostError(index, "has no level " + std::to_string(level),
+                  "give --level from 0 to " + std::to_string(levels - 1));
+}
+
+void Stitch(const Arguments& arguments) {
+  const OutputPlan plan = PlanOutput(arguments.output);
+  const unsigned long level = LevelOf(arguments.level);
+  const TileIndex index = ReadTileIndex(arguments.index);
+  const TileSet set = OpenTileSet(index, arguments.index, arguments.allowOutside);
+  CheckLevel(set, level, arguments.index);
+  std::vector<std::string> names;
+  for (const int key : set.keys) names.push_back(BandName(key));
+  WriteOutput({*set.raster, level, names}, plan);
+}
+
+}  // namespace
+
+void AddStitchCommand(CLI::App& app) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App* command = app.add_subcommand("stitch", "Make one image of the super tiles of a scene");
+  command->add_option("index", arguments->index, "Text file that lists the tiles, one a line")
+      ->type_name("INDEX")
+      ->required();
+  command
+      ->add_option("--level", arguments->level,
+                   "Level to write, each halving the pixels of the one before; raw files have "
+                   "level 0 only")
+      ->type_name("L")
+      ->capture_default_str();
+  command->add_flag("--allow-outside", arguments->allowOutside,
+                    "Read files outside the folder of the index");
+  AddOutputOptions(*command, arguments->output);
+  command->footer(
+      "A line of the index: left top right bottom srcLeft srcTop width height KEY=FILE ...\n\n"
+      "Example:\n"
+      "  ravelin stitch scene/tiles.idx -o scene.png");
+  command->callback([arguments] { Stitch(*arguments); });
+}
+
+}  // namespace ravelin
