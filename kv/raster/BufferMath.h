@@ -12,13 +12,21 @@ inline unsigned long CheckedProduct(unsigned long a, unsigned long b) {
   return product;
 }
 
-/// Stores the offset of a pixel `rows` rows and `bytes` bytes from a buffer's start. False when no
-/// buffer can hold it: user address spaces end at 2^56 bytes.
-inline bool OffsetInBuffer(long rows, long stride, long bytes, long* offset) {
+/// True when a buffer can hold bytes this far from its start, on either side: user address spaces
+/// end at 2^56 bytes.
+inline bool IsWithinBuffers(long offset) {
   constexpr long kAddressSpace = 1L << 56;
-  return !__builtin_mul_overflow(rows, stride, offset) &&
-         !__builtin_add_overflow(*offset, bytes, offset) && *offset >= -kAddressSpace &&
-         *offset <= kAddressSpace;
+  return offset >= -kAddressSpace && offset <= kAddressSpace;
+}
+
+/// Stores the offset of what lies `rows` rows and `bytes` bytes from a buffer's start. False when
+/// no buffer can hold it.
+inline bool OffsetInBuffer(long rows, long stride, long bytes, long* offset) {
+  long rowOffset = 0;
+  if (__builtin_mul_overflow(rows, stride, &rowOffset)) return false;
+  if (!IsWithinBuffers(rowOffset) || !IsWithinBuffers(bytes)) return false;
+  *offset = rowOffset + bytes;
+  return true;
 }
 
 }  // namespace kv

@@ -9,7 +9,7 @@
 namespace {
 
 constexpr long kLargestEdge = 1L << 52;
-constexpr double kSnapDistance = 1e-6;
+constexpr long double kSnapDistance = 1e-6;
 
 bool IsSize(double value) {
   return std::isfinite(value) && value >= 0;
@@ -34,17 +34,13 @@ double ToFull(double value, unsigned long level) {
   return std::ldexp(value, Exponent(level));
 }
 
-double ToLevel(double value, unsigned long level) {
-  return std::ldexp(value, -Exponent(level));
-}
-
 // The quotient's whole number when it is one but for rounding, else what `round` makes of it.
 template <class Round>
-long ToEdge(double quotient, Round round) {
-  constexpr auto kLimit = static_cast<double>(kLargestEdge);
+long ToEdge(long double quotient, Round round) {
+  constexpr auto kLimit = static_cast<long double>(kLargestEdge);
   if (quotient <= -kLimit) return -kLargestEdge;
   if (quotient >= kLimit) return kLargestEdge;
-  const double nearest = std::round(quotient);
+  const long double nearest = std::round(quotient);
   const bool whole = std::fabs(quotient - nearest) <= kSnapDistance;
   return static_cast<long>(whole ? nearest : round(quotient));
 }
@@ -53,13 +49,14 @@ struct Span {
   long start, length;
 };
 
-// Divided before they are added, position and size cannot overflow where their quotient does not.
-Span CoveringSpan(double pos, double size, unsigned long level) {
-  const double low = ToLevel(pos, level);
-  const long start = ToEdge(low, [](double q) { return std::floor(q); });
+// In long double, where the sum of a large position and a small size does not lose the size, nor
+// overflow.
+Span CoveringSpan(long double pos, long double size, unsigned long level) {
+  const auto toLevel = [level](long double value) { return std::ldexp(value, -Exponent(level)); };
+  const long start = ToEdge(toLevel(pos), [](long double q) { return std::floor(q); });
   if (size == 0) return {start, 0};
-  const double high = low + ToLevel(size, level);
-  return {start, ToEdge(high, [](double q) { return std::ceil(q); }) - start};
+  const long end = ToEdge(toLevel(pos + size), [](long double q) { return std::ceil(q); });
+  return {start, end - start};
 }
 
 Span Clipped(const Span& span, unsigned long side) {

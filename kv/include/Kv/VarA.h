@@ -85,7 +85,8 @@ template <class T>
 class newarray_a {
  public:
   newarray_a() noexcept = default;
-  explicit newarray_a(unsigned long count) : elements_(new T[count]()), size_(count) {}
+  explicit newarray_a(unsigned long count)
+      : elements_(std::make_unique<T[]>(count)), size_(count) {}
 
   T& operator[](unsigned long i) const { return elements_[static_cast<std::ptrdiff_t>(i)]; }
   T* get() const noexcept { return elements_.get(); }

@@ -1,0 +1,66 @@
+#include "support/FailingNew.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+thread_local bool failing = false;
+thread_local unsigned long successesLeft = 0;
+
+bool MayAllocate() {
+  if (!failing) return true;
+  if (successesLeft == 0) return false;
+  --successesLeft;
+  return true;
+}
+
+}  // namespace
+
+namespace ravelin_test {
+
+FailingNew::FailingNew(unsigned long successes) {
+  successesLeft = successes;
+  failing = true;
+}
+
+FailingNew::~FailingNew() {
+  failing = false;
+}
+
+}  // namespace ravelin_test
+
+// Every form but the aligned ones, so that sanitizers see matching pairs.
+void* operator new(std::size_t size) {
+  void* memory = operator new(size, std::nothrow);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+void* operator new[](std::size_t size) {
+  return operator new(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return MayAllocate() ? std::malloc(size == 0 ? 1 : size) : nullptr;
+}
+void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
+  return operator new(size, tag);
+}
+
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t /*size*/) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, const std::nothrow_t& /*tag*/) noexcept {
+  std::free(memory);
+}
