@@ -28,7 +28,7 @@ void DescribeApplication(CLI::App& app) {
   app.description("Opens the raw products of satellite sensors.");
   app.set_version_flag("--version", "ravelin " RAVELIN_VERSION, "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
-  app.get_formatter()->column_width(34);
+  app.get_formatter()->column_width(26);
   app.footer(
       "Exit codes: 0 done, 1 the work failed, 2 wrong use.\n\n"
       "Example:\n"

@@ -11,6 +11,8 @@ namespace {
 constexpr long kRowsPerBlock = 256;
 constexpr long kMaxBlockBytes = 64l << 20;
 constexpr long kMaxRowBytes = 256l << 20;
+// What has been read is not read again soon: files are told so after this much of it.
+constexpr std::size_t kPurgeBytes = std::size_t{32} << 20;
 
 }  // namespace
 
@@ -38,6 +40,7 @@ void AreaReader::ReadBlocks(const BlockUser& use, TKvProgressHandler* progress) 
   for (long top = 0; top < area_.height; top += blockRows_) {
     const long rows = std::min(blockRows_, area_.height - top);
     ReadRows(top, rows);
+    PurgeSometimes(rows);
     use(block_.data(), rows);
     rowsRead_ += static_cast<unsigned long>(rows);
     if (progress != nullptr) progress->Step(rowsRead_);
@@ -58,6 +61,13 @@ void AreaReader::ReadRows(long top, long rows) {
                         std::to_string(area_.y + top + rows - 1) + " could not be read",
                     "check the files, or give a narrower --rect when memory is short");
   }
+}
+
+void AreaReader::PurgeSometimes(long rows) {
+  unpurgedBytes_ += static_cast<std::size_t>(rows * area_.width * Channels()) * sizeof(block_[0]);
+  if (unpurgedBytes_ < kPurgeBytes) return;
+  raster_.PurgeCache();
+  unpurgedBytes_ = 0;
 }
 
 }  // namespace ravelin

@@ -38,6 +38,7 @@ class AreaReader {
 
  private:
   void ReadRows(long top, long rows);
+  void PurgeSometimes(long rows);
 
   SatCommonUtils::TBasePushbroomDibData& raster_;
   unsigned long level_;
@@ -46,6 +47,7 @@ class AreaReader {
   long levelHeight_;
   long blockRows_;
   unsigned long rowsRead_ = 0;
+  std::size_t unpurgedBytes_ = 0;
   std::vector<std::uint16_t> block_;
 };
 

@@ -107,15 +107,18 @@ void AddComposeCommand(CLI::App& app) {
       ->required();
   command
       ->add_option("--band", arguments->bands,
-                   "A raw file of unsigned 16-bit samples, top row first, and what it shows: red, "
-                   "green, blue or a number; its byte order (default: little)")
+                   "What a file shows (red, green, blue or a number), the
+                   "
+                   "raw file of unsigned 16-bit samples, top row first,
+                   "
+                   "and its byte order (default: little)")
       ->type_name("KEY=FILE[:big|:little]")
       ->required();
   command->add_option("--offset", arguments->offset, "Bytes before the first pixel of every file")
       ->type_name("N")
       ->capture_default_str();
   command->add_flag("--allow-short", arguments->allowShort,
-                    "Take files that end early; missing pixels are black");
+                    "Take files that end early; what is missing is black");
   AddOutputOptions(*command, arguments->output);
   command->footer(
       "With red, green and blue all given they are the first three channels, in this order;\n"

@@ -29,8 +29,8 @@ void Inform(const Arguments& arguments) {
 void AddInfoCommand(CLI::App& app) {
   const auto arguments = std::make_shared<Arguments>();
   CLI::App* command = app.add_subcommand("info", "Say what an image or a tile index is");
-  command->add_option("file", arguments->file, "A .bip with its .hdr beside it, or a tile index")
-      ->type_name("FILE")
+  command->add_option("FILE", arguments->file, "A .bip with its .hdr beside it, or a tile index")
+      ->type_name("")
       ->required();
   command->add_flag("--json", arguments->json, "Print JSON instead of text");
   command->footer("Example:\n  ravelin info scene.bip");

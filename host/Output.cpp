@@ -71,14 +71,16 @@ void AddOutputOptions(CLI::App& command, OutputArguments& arguments) {
       ->required();
   command
       .add_option("--rect", arguments.rect,
-                  "Area to write, pixels: X from the left, Y from the top (default: all)")
+                  "Area to write, pixels: X from the left, Y from the\n"
+                  "top (default: all)")
       ->type_name("X,Y,W,H");
   command
       .add_option("--stretch", arguments.stretch,
-                  "Samples shown as black and as white, 0 to 65535, or none (.png only; default: "
-                  "2nd and 98th percentile of each channel, zeros left out)")
+                  "Samples (0 to 65535) shown as black and as white,\n"
+                  "or none (default: 2nd and 98th percentile of each\n"
+                  "channel, zeros left out; .png only)")
       ->type_name("MIN,MAX");
-  command.add_option("--bits", arguments.bits, "Bits of a sample, 8 or 16 (.png only; default: 8)")
+  command.add_option("--bits", arguments.bits, "Bits of a sample: 8 or 16 (default: 8; .png only)")
       ->type_name("N");
 }
 

@@ -49,13 +49,14 @@ void Stitch(const Arguments& arguments) {
 void AddStitchCommand(CLI::App& app) {
   const auto arguments = std::make_shared<Arguments>();
   CLI::App* command = app.add_subcommand("stitch", "Make one image of the super tiles of a scene");
-  command->add_option("index", arguments->index, "Text file that lists the tiles, one a line")
-      ->type_name("INDEX")
+  command->add_option("INDEX", arguments->index, "Text file that lists the tiles, one a line")
+      ->type_name("")
       ->required();
   command
       ->add_option("--level", arguments->level,
-                   "Level to write, each halving the pixels of the one before; raw files have "
-                   "level 0 only")
+                   "Level to write, each halving the pixels of the one
+                   "
+                   "before; raw files have level 0 only")
       ->type_name("L")
       ->capture_default_str();
   command->add_flag("--allow-outside", arguments->allowOutside,
