@@ -107,10 +107,8 @@ void AddComposeCommand(CLI::App& app) {
       ->required();
   command
       ->add_option("--band", arguments->bands,
-                   "What a file shows (red, green, blue or a number), the
-                   "
-                   "raw file of unsigned 16-bit samples, top row first,
-                   "
+                   "What a file shows (red, green, blue or a number), the\n"
+                   "raw file of unsigned 16-bit samples, top row first,\n"
                    "and its byte order (default: little)")
       ->type_name("KEY=FILE[:big|:little]")
       ->required();

@@ -54,8 +54,7 @@ void AddStitchCommand(CLI::App& app) {
       ->required();
   command
       ->add_option("--level", arguments->level,
-                   "Level to write, each halving the pixels of the one
-                   "
+                   "Level to write, each halving the pixels of the one\n"
                    "before; raw files have level 0 only")
       ->type_name("L")
       ->capture_default_str();
