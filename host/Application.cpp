@@ -10,6 +10,7 @@
 #include "host/HostError.h"
 #include "host/InfoCommand.h"
 #include "host/Interrupt.h"
+#include "host/SampleCommand.h"
 #include "host/StitchCommand.h"
 
 namespace ravelin {
@@ -39,6 +40,7 @@ void DescribeApplication(CLI::App& app) {
 // Each subcommand lives in a file of its own and runs in its CLI11 callback. It reports failure by
 // throwing HostError, wrong use by throwing CLI::ValidationError.
 void AddCommands(CLI::App& app) {
+  AddSampleCommand(app);
   AddComposeCommand(app);
   AddStitchCommand(app);
   AddInfoCommand(app);
