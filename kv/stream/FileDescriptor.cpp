@@ -41,6 +41,13 @@ std::size_t Portion(bool seekable, unsigned long pos, unsigned long count) {
   return seekable ? std::min(most, kLastPosition - std::min(pos, kLastPosition)) : most;
 }
 
+// Where the file ends, 0 when it cannot tell. The descriptor's own position is used by nothing
+// else.
+unsigned long End(int number) {
+  const off_t end = ::lseek(number, 0, SEEK_END);
+  return end < 0 ? 0 : static_cast<unsigned long>(end);
+}
+
 template <class Call>
 Transfer Once(Call call) {
   ssize_t done = -1;
@@ -94,9 +101,11 @@ unsigned long FileDescriptor::Size() const noexcept {
     struct stat status = {};
     return ::fstat(number_, &status) == 0 ? static_cast<unsigned long>(status.st_size) : 0;
   }
-  // The descriptor's own position is used by nothing.
-  const off_t end = kind_.sized ? ::lseek(number_, 0, SEEK_END) : 0;
-  return end < 0 ? 0 : static_cast<unsigned long>(end);
+  return kind_.sized ? End(number_) : 0;
+}
+
+bool FileDescriptor::Reaches(unsigned long size) const noexcept {
+  return End(number_) >= size;
 }
 
 Transfer FileDescriptor::ReadOnce(unsigned long pos, void* buffer,

@@ -36,6 +36,8 @@ class FileDescriptor {
   const Kind& Is() const noexcept { return kind_; }
   /// The size now; 0 where there is none.
   unsigned long Size() const noexcept;
+  /// Whether the file holds `size` bytes now. For files that have positions; cheaper than Size.
+  bool Reaches(unsigned long size) const noexcept;
 
   /// Reads up to `count` bytes by one call of the system. `pos` counts only where positions exist.
   Transfer ReadOnce(unsigned long pos, void* buffer, unsigned long count) const noexcept;

@@ -16,7 +16,7 @@ using kv::FileMapping;
 using kv::Transfer;
 
 // An open file stream.
-class TKvFileStream::Impl {
+class __attribute__((visibility("hidden"))) TKvFileStream::Impl {
  public:
   Impl(FileDescriptor file, kvOpenMode mode)
       : file_(std::move(file)),
@@ -105,7 +105,7 @@ bool TKvFileStream::Impl::ReadMapped(unsigned long pos, void* buffer, unsigned l
   if (!mapping_.Covers(pos, count)) return false;
   const FileMapping::Result result = mapping_.Copy(pos, buffer, count);
   return result == FileMapping::kCopied ||
-         (result == FileMapping::kDoubt && file_.Size() >= pos + count);
+         (result == FileMapping::kDoubt && file_.Reaches(pos + count));
 }
 
 void TKvFileStream::Impl::CameShort(const Transfer& read) {
