@@ -188,19 +188,18 @@ bool TSuperTiledDibDataEnvelope::DrawTile(const TSuperTileData& tile, const TSti
   const TTilePart part = PartOfTile(tile, work.level, work.wanted);
   if (part.inStitched.Empty()) return true;
 
-  long size[2] = {part.inTile.w, part.inTile.h};
   const long bytesPerPixel = BytesPerPixel(raster.channels);
-  if (bytesPerPixel < 0 || !AllocTileBuffer(size, static_cast<unsigned long>(bytesPerPixel))) {
-    return false;
-  }
-  const TKvDibDataOutBuffer buffer{tileBuffer, size[0] * bytesPerPixel};
+  if (!GrowTileBuffer(SizeProduct(bytesPerPixel, part.inTile.w, part.inTile.h))) return false;
+  const TKvDibDataOutBuffer buffer{tileBuffer, part.inTile.w * bytesPerPixel};
   const TKvDibRect rect = RectI2Rect(work.level, part.inTile);
   TPixelRows rows{buffer.data, buffer.stride};
-  if (work.InPlace(raster, rect, part.inTile)) {
-    // After a failed read, which is the result 2 and has bit 2, the cleared tile buffer is pasted.
-    ReadInPlace(raster, part.inTile, &rows);
-  } else {
-    const int result = raster.GetRect(buffer, rect, work.quality, work.param, work.progress);
+  const bool inPlace = work.InPlace(raster, rect, part.inTile);
+  if (!inPlace || !ReadInPlace(raster, part.inTile, &rows)) {
+    std::memset(tileBuffer, 0, tileBufferSize);
+    // A failed read is the result 2, which has bit 2: the cleared buffer is pasted.
+    const int result = inPlace
+                           ? kvDibNothing
+                           : raster.GetRect(buffer, rect, work.quality, work.param, work.progress);
     if ((result & kvDibNothing) == 0) return false;
   }
   work.Paste(rows, part.inStitched, buffer.stride);
@@ -214,19 +213,22 @@ void TSuperTiledDibDataEnvelope::PurgeCache() {
 }
 
 bool TSuperTiledDibDataEnvelope::AllocTileBuffer(long* size, unsigned long bytesPerPixel) {
-  const std::optional<long> pixels = SizeProduct(bytesPerPixel, size[0], size[1]);
-  long needed;
-  if (!pixels || __builtin_add_overflow(*pixels, kBufferSlack, &needed)) return false;
-  if (tileBufferSize < static_cast<unsigned long>(needed)) {
-    FreeTileBuffer();
-    try {
-      tileBuffer = new unsigned char[static_cast<std::size_t>(needed)];
-    } catch (const std::bad_alloc&) {
-      return false;
-    }
-    tileBufferSize = static_cast<unsigned long>(needed);
-  }
+  if (!GrowTileBuffer(SizeProduct(bytesPerPixel, size[0], size[1]))) return false;
   std::memset(tileBuffer, 0, tileBufferSize);
+  return true;
+}
+
+bool TSuperTiledDibDataEnvelope::GrowTileBuffer(std::optional<long> bytes) {
+  long needed;
+  if (!bytes || __builtin_add_overflow(*bytes, kBufferSlack, &needed)) return false;
+  if (tileBufferSize >= static_cast<unsigned long>(needed)) return true;
+  FreeTileBuffer();
+  try {
+    tileBuffer = new unsigned char[static_cast<std::size_t>(needed)];
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  tileBufferSize = static_cast<unsigned long>(needed);
   return true;
 }
 

@@ -12,6 +12,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -282,6 +283,7 @@ class RAVELIN_EXPORT TSuperTiledDibDataEnvelope : public TBasePushbroomDibData {
   struct TStitching;
 
   bool DrawTile(const TSuperTileData& tile, const TStitching& work);
+  bool GrowTileBuffer(std::optional<long> bytes);
 };
 
 }  // namespace SatCommonUtils

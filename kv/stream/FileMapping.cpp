@@ -68,9 +68,33 @@ bool FileMapping::Map(int file, unsigned long size) noexcept {
 
 FileMapping::Result FileMapping::Copy(unsigned long offset, void* to,
                                       unsigned long count) noexcept {
+  LookAhead(offset, count);
   if (!CopyGuarded(offset, to, count)) return kNotRead;
   const char* const last = base_ + offset + count - 1;
   return IsProvenWhole(last, static_cast<const char*>(to)[count - 1]) ? kCopied : kDoubt;
+}
+
+// The rows of a window lie a constant step apart, and in other pages: the processor does not
+// foresee them. The row after next is fetched while this one is copied; fetching never faults.
+void FileMapping::LookAhead(unsigned long offset, unsigned long count) noexcept {
+  constexpr unsigned long kLine = 64;
+  constexpr unsigned long kLongestRow = 4096;  // longer ones the processor follows by itself
+  const unsigned long step = offset - previous_;
+  const bool steady = step == step_;
+  previous_ = offset;
+  step_ = step;
+  if (!steady) return;
+  if (!dense_ && (step < kPiece / 2 || -step < kPiece / 2)) AskForLargePages();
+  const unsigned long ahead = offset + 2 * step;
+  if (count > kLongestRow || !Covers(ahead, count)) return;
+  for (unsigned long i = 0; i < count; i += kLine) __builtin_prefetch(base_ + ahead + i);
+}
+
+// Rows so close together are worth reading whole pieces from the disk for: in large pages, a piece
+// that was given back is mapped again at once. Only pieces are given back.
+void FileMapping::AskForLargePages() noexcept {
+  dense_ = true;
+  if (shift_ == kPieceShift) ::madvise(base_, size_, MADV_HUGEPAGE);
 }
 
 bool FileMapping::CopyGuarded(unsigned long offset, void* to, unsigned long count) noexcept {

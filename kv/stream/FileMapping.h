@@ -42,6 +42,8 @@ class FileMapping {
   static constexpr std::size_t kPieces = 32;
   static constexpr unsigned kNoPieces = 63;  // shift of a mapping that may be resident whole
 
+  void LookAhead(unsigned long offset, unsigned long count) noexcept;
+  void AskForLargePages() noexcept;
   bool CopyGuarded(unsigned long offset, void* to, unsigned long count) noexcept;
   bool CopyByPieces(unsigned long offset, void* to, unsigned long count) noexcept;
   void Enter(unsigned long piece) noexcept;
@@ -50,6 +52,9 @@ class FileMapping {
 
   char* base_ = nullptr;
   unsigned long size_ = 0;
+  unsigned long previous_ = 0;  // where the last copy began
+  unsigned long step_ = 0;      // how far behind the one before it
+  bool dense_ = false;          // copies have come at steps smaller than a piece
   unsigned shift_ = kNoPieces;
   unsigned long current_ = 0;  // the piece entered last
   // The pieces that may be resident: a ring, the oldest at oldest_ once it is full.
