@@ -1,14 +1,19 @@
 #include "support/FailingNew.h"
 
+#include <cstddef>
 #include <cstdlib>
 #include <new>
 
 namespace {
 
+// Beyond this size a sanitizer's malloc ends the program instead of giving null.
+constexpr std::size_t kLargest = std::size_t{1} << 39;
+
 thread_local bool failing = false;
 thread_local unsigned long successesLeft = 0;
 
-bool MayAllocate() {
+bool MayAllocate(std::size_t size) {
+  if (size > kLargest) return false;
   if (!failing) return true;
   if (successesLeft == 0) return false;
   --successesLeft;
@@ -40,7 +45,7 @@ void* operator new[](std::size_t size) {
   return operator new(size);
 }
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-  return MayAllocate() ? std::malloc(size == 0 ? 1 : size) : nullptr;
+  return MayAllocate(size) ? std::malloc(size == 0 ? 1 : size) : nullptr;
 }
 void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
   return operator new(size, tag);
