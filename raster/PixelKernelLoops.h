@@ -17,6 +17,7 @@
 #include <immintrin.h>
 #include <stddef.h>
 
+// NOLINTBEGIN(cert-dcl59-cpp,misc-definitions-in-headers): internal on purpose
 namespace {
 
 /// The place of element `slot` of output vector `vector`, as an element of all `Channels` outputs.
@@ -198,3 +199,4 @@ void CopySwappedBlocks(unsigned char* to, const unsigned char* from, size_t coun
 }
 
 }  // namespace
+// NOLINTEND(cert-dcl59-cpp,misc-definitions-in-headers)
