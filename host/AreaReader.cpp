@@ -9,8 +9,8 @@ namespace ravelin {
 namespace {
 
 constexpr long kRowsPerBlock = 256;
-constexpr long kMaxBlockBytes = 64l << 20;
-constexpr long kMaxRowBytes = 256l << 20;
+constexpr long kMaxBlockBytes = 64L << 20;
+constexpr long kMaxRowBytes = 256L << 20;
 // What has been read is not read again soon: files are told so after this much of it.
 constexpr std::size_t kPurgeBytes = std::size_t{32} << 20;
 
@@ -32,7 +32,7 @@ AreaReader::AreaReader(SatCommonUtils::TBasePushbroomDibData& raster, unsigned l
                     "give a narrower --rect");
   }
   const long rowBytes = area.width * pixelBytes;
-  blockRows_ = std::min({kRowsPerBlock, std::max(1l, kMaxBlockBytes / rowBytes), area.height});
+  blockRows_ = std::min({kRowsPerBlock, std::max(1L, kMaxBlockBytes / rowBytes), area.height});
 }
 
 void AreaReader::ReadBlocks(const BlockUser& use, TKvProgressHandler* progress) {
