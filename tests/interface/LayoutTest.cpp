@@ -1,0 +1,208 @@
+// Field order, field offsets, sizes and enumeration values that hosts are compiled against: x86-64,
+// libstdc++.
+#include <gtest/gtest.h>
+
+#include <type_traits>
+
+#include "Kv/Kv.h"
+#include "SatCommonUtils/Module.h"
+#include "SatCommonUtils/Raster.h"
+
+namespace {
+
+using namespace SatCommonUtils;
+
+/// Bytes from the start of an object to one of its members.
+template <class Object, class Member>
+long Offset(const Object& object, const Member& member) {
+  return reinterpret_cast<const char*>(&member) - reinterpret_cast<const char*>(&object);
+}
+
+class OpenRawWord : public TRawWordDibData {
+ public:
+  using TRawWordDibData::levelBounds;
+  using TRawWordDibData::readBuffer;
+  using TRawWordDibData::readBufferSize;
+  using TRawWordDibData::rowCache;
+  using TRawWordDibData::rowCacheSize;
+};
+
+class OpenSuperTiled : public TSuperTiledDibDataEnvelope {
+ public:
+  using TSuperTiledDibDataEnvelope::tileBuffer;
+  using TSuperTiledDibDataEnvelope::tileBufferSize;
+};
+
+TEST(LayoutTest, TheInitializerHasItsFieldsInOrder) {
+  KvModule_Initializer& module = KvModule_Initializer::getInst();
+  EXPECT_EQ(Offset(module, module.counter), 0);
+  EXPECT_EQ(Offset(module, module.name), 8);
+  EXPECT_EQ(Offset(module, module.modulePath), 40);
+  EXPECT_EQ(Offset(module, module.folder), 72);
+  EXPECT_EQ(Offset(module, module.fileName), 104);
+  EXPECT_EQ(Offset(module, module.extension), 136);
+  EXPECT_EQ(sizeof(KvModule_Initializer), 168u);
+}
+
+TEST(LayoutTest, TheBandBaseHasItsFieldsInOrder) {
+  OpenRawWord band;
+  EXPECT_EQ(Offset(band, band.levelBounds), 8);
+  EXPECT_EQ(Offset(band, band.channels), 32);
+  EXPECT_EQ(Offset(band, band.width), 72);
+  EXPECT_EQ(Offset(band, band.height), 80);
+  EXPECT_EQ(Offset(band, band.bandsCount), 88);
+  EXPECT_EQ(Offset(band, band.bandFlag), 96);
+  EXPECT_EQ(Offset(band, band.bandName), 104);
+  EXPECT_EQ(sizeof(TKvDibData), 8u);
+  EXPECT_EQ(sizeof(TKvMultiScaleDibData), 32u);
+  EXPECT_EQ(sizeof(TBasePushbroomDibData), 136u);
+}
+
+TEST(LayoutTest, ThePushbroomBandAddsItsReadBuffer) {
+  OpenRawWord band;
+  EXPECT_EQ(Offset(band, band.readBuffer), 136);
+  EXPECT_EQ(Offset(band, band.readBufferSize), 144);
+  EXPECT_EQ(sizeof(TPushbroomDibData<unsigned short>), 152u);
+}
+
+TEST(LayoutTest, TheRawBandAddsStreamAndRowCache) {
+  OpenRawWord band;
+  EXPECT_EQ(Offset(band, band.stream), 152);
+  EXPECT_EQ(Offset(band, band.rowCache), 168);
+  EXPECT_EQ(Offset(band, band.rowCacheSize), 176);
+  EXPECT_EQ(sizeof(TRawDibData<unsigned short>), 184u);
+}
+
+TEST(LayoutTest, TheSixteenBitBandAddsItsByteOrder) {
+  OpenRawWord band;
+  EXPECT_EQ(Offset(band, band.bytesOrder), 184);
+  EXPECT_EQ(sizeof(TRawWordDibData), 192u);
+}
+
+TEST(LayoutTest, TheEnvelopeAddsTheRaster) {
+  var_a_legacy::var_a<TKvDibData*> raster(new TKvMemoryDibData(1, 1, {1, 1, {1}}, 1));
+  TPushbroomDibDataEnvelope envelope(raster, "", false);
+  EXPECT_EQ(Offset(envelope, envelope.data), 136);
+  EXPECT_EQ(sizeof(TPushbroomDibDataEnvelope), 152u);
+}
+
+TEST(LayoutTest, TheCompositorAddsItsTwoMaps) {
+  TSeparateBandsDibData compositor;
+  EXPECT_EQ(Offset(compositor, compositor.bands), 136);
+  EXPECT_EQ(Offset(compositor, compositor.channelBands), 184);
+  EXPECT_EQ(sizeof(TSeparateBandsDibData), 232u);
+}
+
+TEST(LayoutTest, ATileHasItsFieldsInOrder) {
+  TSuperTileData tile = {};
+  EXPECT_EQ(Offset(tile, tile.left), 0);
+  EXPECT_EQ(Offset(tile, tile.top), 8);
+  EXPECT_EQ(Offset(tile, tile.right), 16);
+  EXPECT_EQ(Offset(tile, tile.bottom), 24);
+  EXPECT_EQ(Offset(tile, tile.srcLeft), 32);
+  EXPECT_EQ(Offset(tile, tile.srcTop), 40);
+  EXPECT_EQ(Offset(tile, tile.raster), 48);
+  EXPECT_EQ(Offset(tile, tile.fileName), 64);
+  EXPECT_EQ(sizeof(TSuperTileData), 96u);
+}
+
+TEST(LayoutTest, TheSuperTiledRasterAddsTilesAndTileBuffer) {
+  OpenSuperTiled raster;
+  EXPECT_EQ(Offset(raster, raster.tiles), 136);
+  EXPECT_EQ(Offset(raster, raster.tileBuffer), 160);
+  EXPECT_EQ(Offset(raster, raster.tileBufferSize), 168);
+  EXPECT_EQ(sizeof(TSuperTiledDibDataEnvelope), 176u);
+}
+
+TEST(LayoutTest, AnOutputBufferIsAddressAndStrideOwnedOrNot) {
+  TKvDibDataOutBuffer buffer = {};
+  EXPECT_EQ(Offset(buffer, buffer.data), 0);
+  EXPECT_EQ(Offset(buffer, buffer.stride), 8);
+  EXPECT_EQ(sizeof buffer, 16u);
+  TKvDibDataOutBufferAutoRelease owned;
+  EXPECT_EQ(Offset(owned, owned.data), 0);
+  EXPECT_EQ(Offset(owned, owned.stride), 8);
+  EXPECT_EQ(sizeof owned, 16u);
+}
+
+TEST(LayoutTest, ARequestIsPositionSizeAndScale) {
+  TKvDibRect rect = {};
+  EXPECT_EQ(Offset(rect, rect.pos), 0);
+  EXPECT_EQ(Offset(rect, rect.size), 16);
+  EXPECT_EQ(Offset(rect, rect.scale), 32);
+  EXPECT_EQ(sizeof rect, 40u);
+  TKvDibRectI pixels = {};
+  EXPECT_EQ(Offset(pixels, pixels.x), 0);
+  EXPECT_EQ(Offset(pixels, pixels.y), 8);
+  EXPECT_EQ(Offset(pixels, pixels.w), 16);
+  EXPECT_EQ(Offset(pixels, pixels.h), 24);
+  EXPECT_EQ(sizeof pixels, 32u);
+}
+
+TEST(LayoutTest, AChannelDescriptionHasItsFieldsInOrder) {
+  TKvDibChannels channels = {};
+  EXPECT_EQ(Offset(channels, channels.sampleType), 0);
+  EXPECT_EQ(Offset(channels, channels.sampleSize), 8);
+  EXPECT_EQ(Offset(channels, channels.kinds), 16);
+  EXPECT_EQ(sizeof channels, 40u);
+}
+
+TEST(LayoutTest, AnOrderOfVisibleBandsHasItsFieldsInOrder) {
+  TVisibleBandsOrder order = {};
+  EXPECT_EQ(Offset(order, order.first), 0);
+  EXPECT_EQ(Offset(order, order.second), 8);
+  EXPECT_EQ(Offset(order, order.third), 16);
+  EXPECT_EQ(sizeof order, 24u);
+}
+
+TEST(LayoutTest, FieldsHaveTheirWidthAndSign) {
+  static_assert(std::is_same_v<decltype(KvModule_Initializer::counter), unsigned long>);
+  static_assert(std::is_same_v<decltype(TBasePushbroomDibData::width), long>);
+  static_assert(std::is_same_v<decltype(TBasePushbroomDibData::height), long>);
+  static_assert(std::is_same_v<decltype(TBasePushbroomDibData::bandsCount), long>);
+  static_assert(std::is_same_v<decltype(OpenRawWord::readBufferSize), long>);
+  static_assert(std::is_same_v<decltype(OpenRawWord::rowCacheSize), unsigned long>);
+  static_assert(std::is_same_v<decltype(OpenSuperTiled::tileBufferSize), unsigned long>);
+  static_assert(std::is_same_v<decltype(TSuperTileData::left), long>);
+  static_assert(std::is_same_v<decltype(TVisibleBandsOrder::first), long>);
+  static_assert(std::is_same_v<decltype(TKvDibChannels::sampleType), int>);
+  static_assert(std::is_same_v<decltype(TKvDibChannels::sampleSize), unsigned long>);
+  static_assert(
+      std::is_same_v<decltype(TSeparateBandsDibData::channelBands)::key_type, unsigned int>);
+  EXPECT_EQ(sizeof(long), 8u);
+}
+
+TEST(LayoutTest, ReferencesAreTwoPointersAndSmallVectorsAreBare) {
+  EXPECT_EQ(sizeof(var_a_legacy::var_a<TKvStream*>), 16u);
+  EXPECT_EQ(sizeof(vec_t_<unsigned long, 2>), 16u);
+  EXPECT_EQ(sizeof(vec_t_<double, 2>), 16u);
+}
+
+TEST(LayoutTest, AStreamIsItsVtablePointerAlone) {
+  EXPECT_EQ(sizeof(TKvStream), 8u);
+}
+
+TEST(LayoutTest, EnumerationsHaveTheirValues) {
+  EXPECT_EQ(TRawWordDibData::boLittleEndian, 0);
+  EXPECT_EQ(TRawWordDibData::boBigEndian, 1);
+  EXPECT_EQ(kvOpenWrite, 9);
+  EXPECT_EQ(kvOpenRead, 10);
+  EXPECT_EQ(kvShareAll, 0xFFFFFFFFu);
+  EXPECT_EQ(iqNearest, 0);
+  EXPECT_EQ(iqBilinear, 1);
+  EXPECT_EQ(kvDibNothing, 2);
+  EXPECT_EQ(kvDibWritten, 3);
+  EXPECT_EQ(kvEncodingAnsi, 0);
+  EXPECT_EQ(kvEncodingUtf8, 1);
+}
+
+TEST(LayoutTest, EnumerationsAreFourBytesWide) {
+  EXPECT_EQ(sizeof(TRawWordDibData::TBytesOrder), 4u);
+  EXPECT_EQ(sizeof(kvOpenMode), 4u);
+  EXPECT_EQ(sizeof(kvShareMode), 4u);
+  EXPECT_EQ(sizeof(TInterpolationQuality), 4u);
+  EXPECT_EQ(sizeof(TKvDibResult), 4u);
+  EXPECT_EQ(sizeof(TKvCharEncoding), 4u);
+}
+
+}  // namespace
