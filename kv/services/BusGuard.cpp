@@ -3,6 +3,7 @@
 #include <pthread.h>
 #include <setjmp.h>
 #include <signal.h>
+#include <ucontext.h>
 
 #include <algorithm>
 #include <array>
@@ -87,6 +88,8 @@ void Handle(Installation& own, int signal, siginfo_t* info, void* context) {
   GuardedRead* const read = thread.read;
   const auto address = reinterpret_cast<std::uintptr_t>(info->si_addr);
   if (read && info->si_code > 0 && address >= read->begin && address < read->end) {
+    // Whoever called the handler may have blocked signals for it, a handler above this one, too.
+    pthread_sigmask(SIG_SETMASK, &static_cast<const ucontext_t*>(context)->uc_sigmask, nullptr);
     siglongjmp(read->onFault, 1);
   }
   const int error = errno;
@@ -110,7 +113,8 @@ bool InstallAs(std::size_t index) {
   own.foundOnce = false;
   struct sigaction action = {};
   action.sa_sigaction = handlers[index];
-  // No mask and no deferring: the handler is left by a jump. Interrupted calls go on as before.
+  // Nothing is deferred: a handler passed on to may fault in a read. Interrupted calls go on as
+  // they did with the handler found.
   action.sa_flags = SA_SIGINFO | SA_NODEFER | SA_ONSTACK | (own.found.sa_flags & SA_RESTART);
   sigemptyset(&action.sa_mask);
   own.inUse = sigaction(SIGBUS, &action, nullptr) == 0;
@@ -178,8 +182,8 @@ void BusGuard::RecheckThread() noexcept {
       pthread_sigmask(SIG_BLOCK, nullptr, &blocked) == 0 && sigismember(&blocked, SIGBUS) == 0;
 }
 
-// The two below hold nothing that changes between sigsetjmp and the fault. No signal mask is saved:
-// that would be a system call, and the handler runs with the mask of the thread.
+// The two below hold nothing that changes between sigsetjmp and the fault. The signal mask is not
+// saved, which would be a system call: the handler knows it.
 
 bool BusGuard::Copy(void* to, const void* from, std::size_t count) noexcept {
   if (!ThreadTakesSignal()) return false;

@@ -188,12 +188,29 @@ void TKvFileStream::Impl::Purge() {
   mapping_.GiveBack();
 }
 
+namespace {
+
+// For a text that may end at the first NUL.
+std::string Shown(const std::string& path) {
+  std::string shown;
+  for (const char byte : path) {
+    if (byte == '\0') {
+      shown += "\\0";
+    } else {
+      shown += byte;
+    }
+  }
+  return shown;
+}
+
+}  // namespace
+
 TKvFileStream::TKvFileStream() = default;
 
 TKvFileStream::TKvFileStream(const TKvPath& path, kvOpenMode mode, kvShareMode) {
   std::string reason;
   impl_ = Impl::Open(path, mode, reason);
-  if (!impl_) throw TKvError(path.toSysStr() + ": " + reason);
+  if (!impl_) throw TKvError(Shown(path.toSysStr()) + ": " + reason);
 }
 
 TKvFileStream::~TKvFileStream() = default;
