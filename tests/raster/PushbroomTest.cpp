@@ -48,6 +48,14 @@ class ScriptedBand : public SatCommonUtils::TPushbroomDibData<unsigned short> {
     FillDefaultLevelBounds({{static_cast<unsigned long>(w), static_cast<unsigned long>(h)}}, 1);
   }
 
+  bool AllocReadData(long* pos, long* size) override {
+    ++allocCalls;
+    return refusesAlloc ? false : TPushbroomDibData::AllocReadData(pos, size);
+  }
+
+  int allocCalls = 0;
+  bool refusesAlloc = false;
+
   using TPushbroomDibData::readBuffer;
   using TPushbroomDibData::readBufferSize;
 
@@ -346,6 +354,17 @@ TEST_F(PushbroomTest, AFailedReadGivesNothingWritten) {
   Output out(6, 16);
   EXPECT_EQ(Get(band, out, Request(0, 0, 8, 6)), 2);
   EXPECT_TRUE(out.Untouched());
+}
+
+TEST_F(PushbroomTest, TheBlockIsReadThroughTheAllocReadDataOfTheSubclass) {
+  ScriptedBand band(8, 6);
+  Output out(6, 16);
+  EXPECT_EQ(Get(band, out, Request(0, 0, 8, 6)), 3);
+  EXPECT_EQ(band.allocCalls, 1);
+  band.refusesAlloc = true;
+  Output none(6, 16);
+  EXPECT_EQ(Get(band, none, Request(0, 0, 8, 6)), 2);
+  EXPECT_TRUE(none.Untouched());
 }
 
 TEST_F(PushbroomTest, TheBlockIsReadOnce) {

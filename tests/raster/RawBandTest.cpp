@@ -1,9 +1,11 @@
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <limits>
 
 #include "raster/RasterTest.h"
 #include "raster/ScriptedStream.h"
+#include "raster/TemporaryFolder.h"
 
 namespace {
 
@@ -567,6 +569,15 @@ TEST_F(RawBandTest, PurgingLetsTheStreamPurgeAndKeepsTheBuffers) {
   EXPECT_EQ(band.rowCacheSize, 8u);
 }
 
+TEST_F(RawBandTest, AStreamThatThrowsWhenPurgedIsCaught) {
+  SetUpBand(4, 3);
+  stream->throwsInPurge = true;
+  EXPECT_NO_THROW(band.PurgeCache());
+  stream->throwsAnInt = true;
+  EXPECT_NO_THROW(band.PurgeCache());
+  EXPECT_EQ(stream->purges, 2);
+}
+
 TEST_F(RawBandTest, PurgingAnEmptyReaderDoesNothing) {
   band.PurgeCache();
   ExpectEmpty();
@@ -671,6 +682,127 @@ TEST_F(RawBandTest, AMemoryStreamOfTheFrameworkIsReadLikeAnyOther) {
   for (long y = 0; y < 5; ++y) {
     for (long x = 0; x < 6; ++x) EXPECT_EQ(out.Word(y, x), SampleAt(x, 4 - y));
   }
+}
+
+/// A raw band read from a real file, with the services up or down.
+class RawBandFileTest : public RawBandTest, public ::testing::WithParamInterface<bool> {
+ protected:
+  RawBandFileTest() {
+    if (GetParam()) Init_KvServices();
+  }
+  ~RawBandFileTest() override { Deinit_KvServices(); }
+
+  StreamReference Open(long width, long height, TRawWordDibData::TBytesOrder order) {
+    path = folder.Write("band.raw", FileOf(width, height, order));
+    return StreamReference(new TKvFileStream(TKvPath(path), kvOpenRead, kvShareAll));
+  }
+  raster_test::TemporaryFolder folder;
+  std::string path;
+};
+
+INSTANTIATE_TEST_SUITE_P(Files, RawBandFileTest, ::testing::Values(false, true),
+                         [](const ::testing::TestParamInfo<bool>& info) {
+                           return info.param ? "ReadFromMappings" : "ReadByCalls";
+                         });
+
+TEST_P(RawBandFileTest, EveryWindowOfAFileHasItsSamples) {
+  for (auto order : {kLittle, kBig}) {
+    OpenRawWord fresh;
+    ASSERT_TRUE(fresh.Setup(Open(23, 6, order), 23, 6, order));
+    for (long w = 1; w <= 23; ++w) {
+      for (long y = 0; y < 6; ++y) {
+        Output out(6 - y, 2 * w);
+        ASSERT_EQ(fresh.GetRect(out.Buffer(),
+                                Request(static_cast<double>(23 - w), static_cast<double>(y),
+                                        static_cast<double>(w), static_cast<double>(6 - y)),
+                                iqNearest, 0, nullptr),
+                  3);
+        for (long row = 0; row < 6 - y; ++row) {
+          for (long x = 0; x < w; ++x) {
+            ASSERT_EQ(out.Word(row, x), SampleAt(23 - w + x, 5 - y - row)) << w << ' ' << y;
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST_P(RawBandFileTest, ARequestLeavesItsBlockInTheReadBuffer) {
+  ASSERT_TRUE(band.Setup(Open(6, 5, kBig), 6, 5, kBig));
+  Output out(2, 6);
+  EXPECT_EQ(band.GetRect(out.Buffer(), Request(2, 1, 3, 2), iqNearest, 0, nullptr), 3);
+  EXPECT_EQ(band.readBufferSize, 6);
+  ASSERT_EQ(band.GetReadBuffer(), band.readBuffer);
+  EXPECT_THAT(Buffer(6), ElementsAre(SampleAt(2, 2), SampleAt(3, 2), SampleAt(4, 2), SampleAt(2, 3),
+                                     SampleAt(3, 3), SampleAt(4, 3)));
+}
+
+TEST_P(RawBandFileTest, AFileThatEndsInsideTheBlockLeavesItsWholeRowsUnswapped) {
+  StreamReference file = Open(4, 4, kBig);
+  std::filesystem::resize_file(path, 4 * 2 * 2 + 3);
+  ASSERT_TRUE(band.Setup(file, 4, 4, kBig));
+  EXPECT_FALSE(Alloc(1, 0, 2, 4));
+  EXPECT_THAT(Buffer(8), ElementsAre(Swapped(SampleAt(1, 0)), Swapped(SampleAt(2, 0)),
+                                     Swapped(SampleAt(1, 1)), Swapped(SampleAt(2, 1)), 0, 0, 0, 0));
+  Output out(4, 8);
+  EXPECT_EQ(band.GetRect(out.Buffer(), Request(0, 0, 4, 4), iqNearest, 0, nullptr), 2);
+  EXPECT_TRUE(out.Untouched());
+}
+
+TEST_P(RawBandFileTest, AFileCutShortUnderTheReaderGivesNothingWritten) {
+  ASSERT_TRUE(band.Setup(Open(1000, 100, kBig), 1000, 100, kBig));
+  Output out(100, 2000);
+  ASSERT_EQ(band.GetRect(out.Buffer(), Request(0, 0, 1000, 100), iqNearest, 0, nullptr), 3);
+  std::filesystem::resize_file(path, 4096);
+  Output none(100, 2000);
+  EXPECT_EQ(band.GetRect(none.Buffer(), Request(0, 0, 1000, 100), iqNearest, 0, nullptr), 2);
+  EXPECT_TRUE(none.Untouched());
+  Output top(1, 2000);
+  EXPECT_EQ(band.GetRect(top.Buffer(), Request(0, 99, 1000, 1), iqNearest, 0, nullptr), 3);
+}
+
+/// A host's stream on a file whose bytes it changes on their way.
+class InvertingFile : public TKvFileStream {
+ public:
+  using TKvFileStream::TKvFileStream;
+  unsigned long Read(void* buffer, unsigned long count) override {
+    const unsigned long got = TKvFileStream::Read(buffer, count);
+    auto* bytes = static_cast<unsigned char*>(buffer);
+    for (unsigned long i = 0; i < got; ++i) bytes[i] = static_cast<unsigned char>(~bytes[i]);
+    return got;
+  }
+};
+
+TEST_P(RawBandFileTest, AStreamThatDerivesFromAFileIsReadThroughItsOwnRead) {
+  Open(6, 5, kLittle);
+  StreamReference inverting(new InvertingFile(TKvPath(path), kvOpenRead, kvShareAll));
+  ASSERT_TRUE(band.Setup(inverting, 6, 5, kLittle));
+  Output out(5, 12);
+  EXPECT_EQ(band.GetRect(out.Buffer(), Request(0, 0, 6, 5), iqNearest, 0, nullptr), 3);
+  EXPECT_EQ(out.Word(4, 3), static_cast<unsigned short>(~SampleAt(3, 0)));
+}
+
+/// A host's band that fills its block itself.
+class OwnReadData : public OpenRawWord {
+ public:
+  bool ReadData(long* pos, long* size) override {
+    blocks += '.';
+    for (long i = 0; i < size[0] * size[1]; ++i) {
+      readBuffer[i] = static_cast<unsigned short>(100 * pos[1] + pos[0] + i);
+    }
+    return true;
+  }
+  std::string blocks;
+};
+
+TEST_P(RawBandFileTest, ABandThatOverridesReadDataIsServedByIt) {
+  OwnReadData own;
+  ASSERT_TRUE(own.Setup(Open(6, 5, kBig), 6, 5, kBig));
+  Output out(1, 6);
+  EXPECT_EQ(own.GetRect(out.Buffer(), Request(2, 1, 3, 1), iqNearest, 0, nullptr), 3);
+  EXPECT_EQ(own.blocks, ".");
+  EXPECT_EQ(out.Word(0, 0), 302);
+  EXPECT_EQ(out.Word(0, 2), 304);
 }
 
 }  // namespace

@@ -25,6 +25,7 @@ class ScriptedStream : public TKvStream {
   unsigned long claimedSize = 0;  ///< what getSize() says
   int throwingSetPos = -1;
   int refusedSetPos = -1;
+  bool throwsInPurge = false;
   int throwingRead = -1;     ///< scribbles over the buffer, then throws
   bool throwsAnInt = false;  ///< what is thrown is no std::exception
   int shortRead = -1;        ///< gives `shortBy` bytes less
@@ -63,6 +64,7 @@ class ScriptedStream : public TKvStream {
   void Purge() override {
     calls += 'P';
     ++purges;
+    if (throwsInPurge) Throw("purge");
   }
 
   unsigned long Write(const void*, unsigned long) override { return 0; }

@@ -7,7 +7,7 @@
 
 #include "raster/MockBand.h"
 #include "raster/RasterTest.h"
-#include "raster/ScriptedStream.h"
+#include "raster/TemporaryFolder.h"
 
 namespace {
 
@@ -849,9 +849,41 @@ TEST_F(SeparateBandsTest, AnEnvelopeServesAsBand) {
   }
 }
 
+/// A host's raw band that counts its requests and answers them itself.
+class OwnGetRect : public TRawWordDibData {
+ public:
+  using TRawWordDibData::GetRect;
+  int GetRect(const TKvDibDataOutBuffer& out, const TKvDibRect& rect,
+              const TInterpolationQuality& quality, int param,
+              TKvProgressHandler* progress) override {
+    ++requests;
+    const int result = TRawWordDibData::GetRect(out, rect, quality, param, progress);
+    out.data[0] = 0x77;
+    return result;
+  }
+  int requests = 0;
+};
+
+TEST_F(SeparateBandsTest, ARawBandThatOverridesGetRectIsAskedThroughIt) {
+  auto* own = new OwnGetRect;
+  bands[2] = BandReference(own);
+  ASSERT_TRUE(
+      own->Setup(var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream(std::string(8 * 6 * 2, 'y'))),
+                 8, 6, TRawWordDibData::boBigEndian));
+  Add(1);
+  ASSERT_TRUE(compositor.Setup(bands));
+  Output out(6, 32);
+  EXPECT_EQ(Get(out, Request(0, 0, 8, 6)), 3);
+  EXPECT_EQ(own->requests, 1);
+  EXPECT_EQ(out.At(0, 2), 0x77);
+  EXPECT_EQ(out.At(0, 3), 'y');
+}
+
 /// Raw bands of random samples, kept beside the readers for a pixel-by-pixel model.
 struct RandomBands {
-  RandomBands(std::mt19937& random, long w, long h, const std::vector<int>& keys)
+  /// Bands in memory, or in files of `folder` when there is one.
+  RandomBands(std::mt19937& random, long w, long h, const std::vector<int>& keys,
+              const raster_test::TemporaryFolder* folder = nullptr)
       : width(w), height(h) {
     for (int key : keys) {
       const bool big = random() % 2 == 0;
@@ -866,10 +898,19 @@ struct RandomBands {
       }
       auto* band = new TRawWordDibData;
       bands[key] = BandReference(band);
-      band->Setup(var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream(bytes)),
-                  static_cast<unsigned long>(w), static_cast<unsigned long>(h),
+      band->Setup(Stream(bytes, key, folder), static_cast<unsigned long>(w),
+                  static_cast<unsigned long>(h),
                   big ? TRawWordDibData::boBigEndian : TRawWordDibData::boLittleEndian);
     }
+  }
+  static var_a_legacy::var_a<TKvStream*> Stream(const std::string& bytes, int key,
+                                                const raster_test::TemporaryFolder* folder) {
+    if (folder == nullptr) {
+      return var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream(bytes));
+    }
+    const std::string path = folder->Write(std::to_string(key) + ".raw", bytes);
+    return var_a_legacy::var_a<TKvStream*>(
+        new TKvFileStream(TKvPath(path), kvOpenRead, kvShareAll));
   }
   unsigned short At(int key, long x, long yFromBottom) const {
     return samples.at(key).at(static_cast<std::size_t>((height - 1 - yFromBottom) * width + x));
@@ -889,41 +930,88 @@ std::vector<int> ChannelOrder(const std::vector<int>& keys) {
   return order;
 }
 
-TEST_F(SeparateBandsTest, RandomRequestsOfRawBandsGiveWhatAPixelByPixelModelGives) {
-  std::mt19937 random(7041776);
+/// A random set of keys, seldom empty.
+std::vector<int> RandomKeys(std::mt19937& random) {
+  std::vector<int> keys;
+  for (int key = 1; key <= 9; ++key) {
+    if (random() % 2 == 0) keys.push_back(key);
+  }
+  return keys.empty() ? std::vector<int>{3, 4, 6} : keys;
+}
+
+/// Asks the compositor of these bands for random rectangles and compares every byte.
+void ExpectRandomRequestsServed(TSeparateBandsDibData& compositor, const RandomBands& model,
+                                const std::vector<int>& keys, std::mt19937& random) {
   auto between = [&random](long low, long high) {
     return std::uniform_int_distribution<long>(low, high)(random);
   };
-  for (int i = 0; i < 400; ++i) {
-    std::vector<int> keys;
-    for (int key = 1; key <= 9; ++key) {
-      if (between(0, 1) == 1) keys.push_back(key);
-    }
-    if (keys.empty()) keys = {3, 4, 6};
-    const RandomBands model(random, between(1, 40), between(1, 12), keys);
-    ASSERT_TRUE(compositor.Setup(model.bands));
-    const std::vector<int> order = ChannelOrder(keys);
-    ASSERT_EQ(compositor.channels.kinds, order);
-    const long channels = static_cast<long>(order.size());
-    for (int j = 0; j < 10; ++j) {
-      const long x = between(-15, 45), y = between(-6, 14), w = between(0, 50), h = between(0, 20);
-      const long stride = (w * channels * 2 + between(0, 5)) * (between(0, 3) == 0 ? -1 : 1);
-      Output out(h, stride);
-      Output expected(h, stride);
-      for (long row = 0; row < h; ++row) {
-        for (long column = 0; column < w; ++column) {
-          const long px = x + column, py = y + row;
-          if (px < 0 || py < 0 || px >= model.width || py >= model.height) continue;
-          for (long k = 0; k < channels; ++k) {
-            expected.PutWord(row, column * channels + k,
-                             model.At(order[static_cast<std::size_t>(k)], px, py));
-          }
+  ASSERT_TRUE(compositor.Setup(model.bands));
+  const std::vector<int> order = ChannelOrder(keys);
+  ASSERT_EQ(compositor.channels.kinds, order);
+  const long channels = static_cast<long>(order.size());
+  for (int j = 0; j < 10; ++j) {
+    const long x = between(-15, 45), y = between(-6, 14), w = between(0, 50), h = between(0, 20);
+    const long stride = (w * channels * 2 + between(0, 5)) * (between(0, 3) == 0 ? -1 : 1);
+    Output out(h, stride);
+    Output expected(h, stride);
+    for (long row = 0; row < h; ++row) {
+      for (long column = 0; column < w; ++column) {
+        const long px = x + column, py = y + row;
+        if (px < 0 || py < 0 || px >= model.width || py >= model.height) continue;
+        for (long k = 0; k < channels; ++k) {
+          expected.PutWord(row, column * channels + k,
+                           model.At(order[static_cast<std::size_t>(k)], px, py));
         }
       }
-      const int result = Get(out, Request(static_cast<double>(x), static_cast<double>(y),
-                                          static_cast<double>(w), static_cast<double>(h)));
-      ASSERT_EQ(out.bytes, expected.bytes) << "request " << i << '.' << j;
-      ASSERT_EQ(result, expected.Untouched() ? 2 : 3) << "request " << i << '.' << j;
+    }
+    const int result = compositor.GetRect(out.Buffer(),
+                                          Request(static_cast<double>(x), static_cast<double>(y),
+                                                  static_cast<double>(w), static_cast<double>(h)),
+                                          iqNearest, 0, nullptr);
+    ASSERT_EQ(out.bytes, expected.bytes);
+    ASSERT_EQ(result, expected.Untouched() ? 2 : 3);
+  }
+}
+
+TEST_F(SeparateBandsTest, RandomRequestsOfRawBandsGiveWhatAPixelByPixelModelGives) {
+  std::mt19937 random(7041776);
+  for (int i = 0; i < 400; ++i) {
+    const std::vector<int> keys = RandomKeys(random);
+    const RandomBands model(random, 1 + static_cast<long>(random() % 40),
+                            1 + static_cast<long>(random() % 12), keys);
+    ASSERT_NO_FATAL_FAILURE(ExpectRandomRequestsServed(compositor, model, keys, random)) << i;
+  }
+}
+
+TEST_F(SeparateBandsTest, RandomRequestsOfBandsInFilesGiveWhatAPixelByPixelModelGives) {
+  std::mt19937 random(2718281);
+  for (int i = 0; i < 60; ++i) {
+    if (i == 30) Init_KvServices();
+    const raster_test::TemporaryFolder folder;
+    const std::vector<int> keys = RandomKeys(random);
+    const RandomBands model(random, 1 + static_cast<long>(random() % 40),
+                            1 + static_cast<long>(random() % 12), keys, &folder);
+    ASSERT_NO_FATAL_FAILURE(ExpectRandomRequestsServed(compositor, model, keys, random)) << i;
+  }
+  compositor.Reset();
+  Deinit_KvServices();
+}
+
+TEST_F(SeparateBandsTest, ABandWhoseFileEndsEarlyLeavesItsBlockAndTheOthersAreComposed) {
+  std::mt19937 random(5);
+  RandomBands model(random, 8, 6, {1, 2});
+  bands = model.bands;
+  auto* cut = new TRawWordDibData;
+  bands[2] = BandReference(cut);
+  ASSERT_TRUE(cut->Setup(var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream("short")), 8, 6,
+                         TRawWordDibData::boBigEndian));
+  ASSERT_TRUE(compositor.Setup(bands));
+  Output out(6, 32);
+  EXPECT_EQ(Get(out, Request(0, 0, 8, 6)), 3) << "nothing read is no failure to the compositor";
+  for (long row = 0; row < 6; ++row) {
+    for (long x = 0; x < 8; ++x) {
+      EXPECT_EQ(out.Word(row, 2 * x), model.At(1, x, row));
+      EXPECT_EQ(out.Word(row, 2 * x + 1), kFreshByte * 0x101);
     }
   }
 }

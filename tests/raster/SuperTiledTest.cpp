@@ -166,6 +166,16 @@ TEST_F(SuperTiledTest, TheRasterHasAsManyLevelsAsTheTileWithTheFewest) {
   EXPECT_TRUE(raster_test::operator==(levels[2], Request(0, 0, 300, 100, 4)));
 }
 
+TEST_F(SuperTiledTest, ATileWithoutLevelsLeavesTheRasterWithoutLevels) {
+  Add(0, 0, 9, 9, 1, {1}, 0);
+  EXPECT_TRUE(raster.Setup(tiles, nullptr));
+  EXPECT_EQ(raster.width, 10);
+  EXPECT_EQ(raster.GetAllLevels(nullptr), 0u);
+  Output out(10, 20);
+  EXPECT_THROW(Get(out, Request(0, 0, 10, 10)), std::logic_error);
+  EXPECT_TRUE(out.Untouched());
+}
+
 TEST_F(SuperTiledTest, NoTilesAreRefused) {
   EXPECT_FALSE(raster.Setup(tiles, nullptr));
   ExpectEmpty();
