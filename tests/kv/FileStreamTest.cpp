@@ -138,14 +138,6 @@ TEST_P(FileStreamTest, APositionThatNoFileHasIsRefusedAndChangesNothing) {
   EXPECT_EQ(ReadExact(stream, 2), "cd");
 }
 
-TEST_P(FileStreamTest, ACountBeyondEverythingReadsWhatIsThere) {
-  ASSERT_TRUE(OpenToRead(folder.File("a", "abcdef")));
-  stream.SetPos(1);
-  char buffer[8] = {};
-  EXPECT_EQ(stream.Read(buffer, std::numeric_limits<unsigned long>::max()), 5u);
-  EXPECT_STREQ(buffer, "bcdef");
-}
-
 TEST_P(FileStreamTest, BytesAddedAfterOpeningAreRead) {
   const std::string path = folder.File("a", "abc");
   ASSERT_TRUE(OpenToRead(path));
