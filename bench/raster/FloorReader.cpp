@@ -2,6 +2,7 @@
 #include <array>
 
 #include "bench/raster/FileMap.h"
+#include "bench/raster/FusedKernel.h"
 #include "bench/raster/Reader.h"
 #include "raster/PixelKernels.h"
 
@@ -11,12 +12,12 @@ namespace {
 using SatCommonUtils::Kernels;
 using SatCommonUtils::kMaxKernelChannels;
 
-/// Samples of a channel that are exchanged before they are interleaved; those of all channels stay
-/// in the nearest cache.
-constexpr long kPiece = 512;
+/// Without the fused kernel: samples of a channel that are exchanged before they are interleaved;
+/// those of all channels stay in the nearest cache.
+constexpr long kPiece = 2048;
 /// Rows of a window that are fetched ahead; in longer ones the processor foresees the next bytes.
 constexpr long kRowsAhead = 2;
-constexpr long kLongestFetched = 4096;
+constexpr long kLongestFetched = 16384;
 
 /// A file's pixels.
 class TMappedBand {
@@ -69,6 +70,10 @@ class TBandsFloor : public TReader {
     }
     for (long i = 0; i < window.height; ++i, out += window.width * pixelBytes) {
       for (const auto& band : bands_) band->FetchAhead(window.x, bottomRow - i, window.width);
+      if (fused_ && window.width >= kLeastFused) {
+        WriteFused(out, window.x, bottomRow - i, window.width);
+        continue;
+      }
       for (long x = 0; x < window.width; x += kPiece) {
         const long count = std::min(kPiece, window.width - x);
         WritePiece(out + x * pixelBytes, window.x + x, bottomRow - i, count);
@@ -77,6 +82,13 @@ class TBandsFloor : public TReader {
   }
 
  private:
+  void WriteFused(unsigned char* out, long x, long row, long count) const {
+    std::array<const unsigned char*, kMaxKernelChannels> rows{};
+    for (std::size_t k = 0; k < bands_.size(); ++k) rows[k] = bands_[k]->At(x, row);
+    InterleaveSwapped(out, rows.data(), static_cast<int>(bands_.size()),
+                      static_cast<std::size_t>(count));
+  }
+
   void WritePiece(unsigned char* out, long x, long row, long count) {
     const auto samples = static_cast<std::size_t>(count);
     std::array<const unsigned char*, kMaxKernelChannels> pieces{};
@@ -87,6 +99,7 @@ class TBandsFloor : public TReader {
     Kernels().interleave(out, pieces.data(), static_cast<int>(bands_.size()), samples);
   }
 
+  bool fused_ = SatCommonUtils::Avx2Kernels() != nullptr;
   std::vector<std::unique_ptr<TMappedBand>> bands_;
   alignas(64) std::array<std::array<unsigned char, 2 * kPiece>, kMaxKernelChannels> swapped_{};
 };
