@@ -9,6 +9,9 @@
 //   Shuffle(v, table)  byte i of each lane becomes its byte table[i]
 //   Blend<mask>(a, b)  16-bit element i of each lane from b where bit i of mask is set
 //
+// What a block of pixels goes through is inlined by force: the shuffle tables stay in registers
+// over the blocks, which is worth up to a quarter of the time.
+//
 // Everything here is internal to the including file, and nothing but intrinsics and C headers may
 // be included: a function shared with other files could reach a machine that lacks the
 // instructions.
@@ -61,7 +64,7 @@ constexpr int BlendMask(int vector, int channel) {
 }
 
 template <class V, int Width, int Channels, int Channel = 0>
-inline void MoveToSlots(const typename V::Vec* in, typename V::Vec* slots) {
+[[gnu::always_inline]] inline void MoveToSlots(const typename V::Vec* in, typename V::Vec* slots) {
   if constexpr (Channel < Channels) {
     slots[Channel] = V::Shuffle(in[Channel], kSlotTable<Width, Channels, Channel>.byte);
     MoveToSlots<V, Width, Channels, Channel + 1>(in, slots);
@@ -70,7 +73,7 @@ inline void MoveToSlots(const typename V::Vec* in, typename V::Vec* slots) {
 
 /// Output vector `Vector` of the channels up to `Channel`.
 template <class V, int Width, int Channels, int Vector, int Channel>
-inline typename V::Vec BlendSlots(const typename V::Vec* slots) {
+[[gnu::always_inline]] inline typename V::Vec BlendSlots(const typename V::Vec* slots) {
   if constexpr (Channel == 0) {
     return slots[0];
   } else {
@@ -80,7 +83,7 @@ inline typename V::Vec BlendSlots(const typename V::Vec* slots) {
 }
 
 template <class V, int Width, int Channels, int Vector = 0>
-inline void BlendAll(const typename V::Vec* slots, typename V::Vec* out) {
+[[gnu::always_inline]] inline void BlendAll(const typename V::Vec* slots, typename V::Vec* out) {
   if constexpr (Vector < Channels) {
     out[Vector] = BlendSlots<V, Width, Channels, Vector, Channels - 1>(slots);
     BlendAll<V, Width, Channels, Vector + 1>(slots, out);
@@ -88,7 +91,8 @@ inline void BlendAll(const typename V::Vec* slots, typename V::Vec* out) {
 }
 
 template <class V, int Width, int Pairs, int Pair = 0>
-inline void WeavePairs(const typename V::Vec* in, typename V::Vec* low, typename V::Vec* high) {
+[[gnu::always_inline]] inline void WeavePairs(const typename V::Vec* in, typename V::Vec* low,
+                                              typename V::Vec* high) {
   if constexpr (Pair < Pairs) {
     low[Pair] = V::template UnpackLow<Width>(in[2 * Pair], in[2 * Pair + 1]);
     high[Pair] = V::template UnpackHigh<Width>(in[2 * Pair], in[2 * Pair + 1]);
@@ -99,7 +103,7 @@ inline void WeavePairs(const typename V::Vec* in, typename V::Vec* low, typename
 /// Interleaves within each lane `Channels` vectors of elements of `Width` bytes. An even number of
 /// channels is half as many of elements twice as wide, once for the low and once for the high half.
 template <class V, int Width, int Channels>
-inline void Weave(const typename V::Vec* in, typename V::Vec* out) {
+[[gnu::always_inline]] inline void Weave(const typename V::Vec* in, typename V::Vec* out) {
   if constexpr (Channels == 1) {
     out[0] = in[0];
   } else if constexpr (Channels % 2 == 0) {
@@ -116,7 +120,8 @@ inline void Weave(const typename V::Vec* in, typename V::Vec* out) {
 }
 
 template <class V, int Channels, int Channel = 0>
-inline void LoadAll(const unsigned char* const* from, size_t pixel, typename V::Vec* in) {
+[[gnu::always_inline]] inline void LoadAll(const unsigned char* const* from, size_t pixel,
+                                           typename V::Vec* in) {
   if constexpr (Channel < Channels) {
     in[Channel] = V::Load(from[Channel] + 2 * pixel);
     LoadAll<V, Channels, Channel + 1>(from, pixel, in);
@@ -124,7 +129,8 @@ inline void LoadAll(const unsigned char* const* from, size_t pixel, typename V::
 }
 
 template <class V, int Channels>
-inline void InterleaveBlock(unsigned char* to, const unsigned char* const* from, size_t pixel) {
+[[gnu::always_inline]] inline void InterleaveBlock(unsigned char* to,
+                                                   const unsigned char* const* from, size_t pixel) {
   typename V::Vec in[Channels];
   typename V::Vec out[Channels];
   LoadAll<V, Channels>(from, pixel, in);
@@ -170,7 +176,8 @@ void InterleaveBlocks(unsigned char* to, const unsigned char* const* from, int c
 constexpr TByteTable kSwapTable = {{1, 0, 3, 2, 5, 4, 7, 6, 9, 8, 11, 10, 13, 12, 15, 14}};
 
 template <class V>
-inline typename V::Vec LoadSwapped(const unsigned char* from, size_t sample) {
+[[gnu::always_inline]] inline typename V::Vec LoadSwapped(const unsigned char* from,
+                                                          size_t sample) {
   return V::Shuffle(V::Load(from + 2 * sample), kSwapTable.byte);
 }
 
