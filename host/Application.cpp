@@ -4,6 +4,7 @@
 #include <iostream>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "SatCommonUtils/Module.h"
 #include "host/ComposeCommand.h"
@@ -53,8 +54,13 @@ int Report(const std::string& message, ExitCode code) {
 
 int ReportParse(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(error);
+  const std::vector<CLI::App*> commands = app.get_subcommands();
+  const std::vector<std::string> unknown = app.remaining();
+  if (commands.empty() && !unknown.empty()) {
+    return Report("'" + unknown.front() + "' is not known; see ravelin --help", kExitWrongUse);
+  }
   std::string help = "ravelin ";
-  for (const CLI::App* command : app.get_subcommands()) help += command->get_name() + " ";
+  for (const CLI::App* command : commands) help += command->get_name() + " ";
   return Report(std::string(error.what()) + "; see " + help + "--help", kExitWrongUse);
 }
 

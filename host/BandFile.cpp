@@ -33,7 +33,7 @@ unsigned long BandFileBytes(const std::string& file, const BandLayout& layout) {
     throw HostError(file,
                     "cannot hold " + ToText(layout.size) + " pixels behind " +
                         std::to_string(layout.offset) + " bytes: no file is that long",
-                    "check the size and the offset");
+                    layout.remedy);
   }
   return bytes;
 }
@@ -43,8 +43,7 @@ BandFile::BandFile(const std::string& path, const BandLayout& layout) : path_(pa
   const auto width = static_cast<unsigned long>(layout.size.width);
   const auto height = static_cast<unsigned long>(layout.size.height);
   if (!Setup(OpenPixels(layout), width, height, layout.order)) {
-    throw HostError(path_, "makes no image of " + ToText(layout.size) + " pixels",
-                    "check the size");
+    throw HostError(path_, "makes no image of " + ToText(layout.size) + " pixels", layout.remedy);
   }
 }
 
@@ -55,10 +54,7 @@ void BandFile::CheckSize(const BandLayout& layout) {
   if (there == wanted || (there < wanted && layout.allowShort)) return;
   const std::string what =
       "holds " + std::to_string(there) + " bytes, but " + Wanted(layout, wanted);
-  throw HostError(path_, what,
-                  there < wanted
-                      ? "check the size and the offset, or allow files that are too short"
-                      : "check the size and the offset");
+  throw HostError(path_, what, there < wanted ? layout.shortRemedy : layout.remedy);
 }
 
 var_a_legacy::var_a<TKvStream*> BandFile::OpenPixels(const BandLayout& layout) const {

@@ -17,6 +17,8 @@ struct BandLayout {
   unsigned long offset = 0;
   BytesOrder order = SatCommonUtils::TRawWordDibData::boLittleEndian;
   bool allowShort = false;  ///< take a file that ends early; what is missing is black
+  std::string remedy;       ///< what to do about a file of another size
+  std::string shortRemedy;  ///< and about one that is too short
 };
 
 /// The bytes that a file of this layout has. Throws HostError naming `file` when that is no number

@@ -44,6 +44,8 @@ BandLayout LayoutOf(const Arguments& arguments) {
   layout.size = *size;
   layout.offset = *offset;
   layout.allowShort = arguments.allowShort;
+  layout.remedy = "check --size and --offset";
+  layout.shortRemedy = layout.remedy + ", or add --allow-short";
   return layout;
 }
 

@@ -90,6 +90,7 @@ Json DescribeTileFile(const std::string& indexPath, const TileEntry& tile,
   json["line"] = tile.line;
   BandLayout layout;
   layout.size = tile.fileSize;
+  layout.remedy = "check width and height in line " + std::to_string(tile.line) + " of the index";
   json["expectedBytes"] = BandFileBytes(band.file, layout);
   std::string path;
   try {

@@ -75,6 +75,9 @@ class Opener {
     BandLayout layout;
     layout.size = entry.fileSize;
     layout.order = band.order;
+    layout.remedy =
+        "check width and height in line " + std::to_string(entry.line) + " of the index";
+    layout.shortRemedy = layout.remedy;
     const std::string path = ResolveTileFile(indexPath_, band.file, allowOutside_);
     return BandReference(new BandFile(path, layout));
   }

@@ -58,7 +58,7 @@ TEST_P(CommandLine, EndsAsDocumented) {
 
 const Case kWrongUse[] = {
     {"NoSubcommand", {}, 2, "ravelin: A subcommand is required; see ravelin --help\n"},
-    {"UnknownSubcommand", {"paint"}, 2, "ravelin: A subcommand is required; see ravelin --help\n"},
+    {"UnknownSubcommand", {"paint"}, 2, "ravelin: 'paint' is not known; see ravelin --help\n"},
     {"ComposeWithoutSize",
      {"compose", "--band", "1=b.raw", "-o", "a.png"},
      2,
@@ -137,25 +137,25 @@ const Case kFailedWork[] = {
     {"ShortBand",
      {"compose", "--size", "4x3", "--band", "1=short.raw", "-o", "a.png"},
      1,
-     "ravelin: short.raw: holds 20 bytes, but 4 x 3 pixels of 2 bytes make 24; check the size and "
-     "the offset, or allow files that are too short\n"},
+     "ravelin: short.raw: holds 20 bytes, but 4 x 3 pixels of 2 bytes make 24; check --size and "
+     "--offset, or add --allow-short\n"},
     {"LongBand",
      {"compose", "--size", "4x3", "--allow-short", "--band", "1=long.raw", "-o", "a.png"},
      1,
-     "ravelin: long.raw: holds 30 bytes, but 4 x 3 pixels of 2 bytes make 24; check the size and "
-     "the offset\n"},
+     "ravelin: long.raw: holds 30 bytes, but 4 x 3 pixels of 2 bytes make 24; check --size and "
+     "--offset\n"},
     {"BandOfAnotherSizeThanTheOthers",
      {"compose", "--size", "4x3", "--band", "1=b.raw", "2=short.raw", "-o", "a.png"},
      1,
-     "ravelin: short.raw: holds 20 bytes, but 4 x 3 pixels of 2 bytes make 24; check the size and "
-     "the offset, or allow files that are too short\n"},
+     "ravelin: short.raw: holds 20 bytes, but 4 x 3 pixels of 2 bytes make 24; check --size and "
+     "--offset, or add --allow-short\n"},
     {"SizeThatNoFileHas",
      {"compose", "--size", "2147483647x2147483647", "--offset", "18446744073709551615", "--band",
       "1=b.raw", "-o", "a.png"},
      1,
      "ravelin: b.raw: cannot hold 2147483647 x 2147483647 pixels behind 18446744073709551615 "
      "bytes: "
-     "no file is that long; check the size and the offset\n"},
+     "no file is that long; check --size and --offset\n"},
     {"RectOutside",
      {"compose", "--size", "4x3", "--band", "1=b.raw", "--rect", "1,0,4,3", "-o", "a.png"},
      1,
