@@ -74,6 +74,8 @@ TEST_F(BasePushbroomTest, ABandNamedTwiceTakesTheKindOfTheEarlierMember) {
 TEST_F(BasePushbroomTest, ANegativeIndexLeavesItsVisibleChannelWithoutBand) {
   EXPECT_THAT(KindsAfter(3, {-1, 2, 0}), ElementsAre(3, 32, 4));
   EXPECT_THAT(KindsAfter(3, {-5, -1, 1}), ElementsAre(32, 3, 32));
+  EXPECT_THAT(KindsAfter(3, {-5, 2, -1}), ElementsAre(32, 32, 4));
+  EXPECT_THAT(KindsAfter(3, {0, -1, -1}), ElementsAre(6, 32, 32));
 }
 
 TEST_F(BasePushbroomTest, IndicesBeyondTheBandsLeaveEveryBandWithThirtyTwo) {

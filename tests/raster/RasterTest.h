@@ -15,7 +15,10 @@ namespace raster_test {
 /// Fails a test after which an array turned out to be written behind its end.
 class RasterTest : public ::testing::Test {
  protected:
-  ~RasterTest() override { EXPECT_EQ(DamagedArrays(), 0); }
+  ~RasterTest() override { EXPECT_EQ(DamagedArrays(), damagedBefore_); }
+
+ private:
+  long damagedBefore_ = DamagedArrays();
 };
 
 inline TKvDibRect Request(double x, double y, double w, double h, double scale = 1) {

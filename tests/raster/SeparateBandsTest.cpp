@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <limits>
 #include <map>
 #include <random>
@@ -864,19 +865,98 @@ class OwnGetRect : public TRawWordDibData {
   int requests = 0;
 };
 
+template <class Band>
+Band* AddRaw(Bands& bands, int key, char byte) {
+  auto* band = new Band;
+  bands[key] = BandReference(band);
+  EXPECT_TRUE(band->Setup(
+      var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream(std::string(8 * 6 * 2, byte))), 8, 6,
+      TRawWordDibData::boBigEndian));
+  return band;
+}
+
 TEST_F(SeparateBandsTest, ARawBandThatOverridesGetRectIsAskedThroughIt) {
-  auto* own = new OwnGetRect;
-  bands[2] = BandReference(own);
-  ASSERT_TRUE(
-      own->Setup(var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream(std::string(8 * 6 * 2, 'y'))),
-                 8, 6, TRawWordDibData::boBigEndian));
-  Add(1);
+  AddRaw<TRawWordDibData>(bands, 1, 'x');
+  auto* own = AddRaw<OwnGetRect>(bands, 2, 'y');
   ASSERT_TRUE(compositor.Setup(bands));
   Output out(6, 32);
   EXPECT_EQ(Get(out, Request(0, 0, 8, 6)), 3);
   EXPECT_EQ(own->requests, 1);
+  EXPECT_EQ(out.At(0, 1), 'x');
   EXPECT_EQ(out.At(0, 2), 0x77);
   EXPECT_EQ(out.At(0, 3), 'y');
+}
+
+TEST_F(SeparateBandsTest, AFailingRawBandThatOverridesGetRectStopsTheComposition) {
+  class Failing : public OwnGetRect {
+   public:
+    int GetRect(const TKvDibDataOutBuffer&, const TKvDibRect&, const TInterpolationQuality&, int,
+                TKvProgressHandler*) override {
+      return 1;
+    }
+  };
+  AddRaw<TRawWordDibData>(bands, 1, 'x');
+  AddRaw<Failing>(bands, 2, 'y');
+  ASSERT_TRUE(compositor.Setup(bands));
+  Output out(6, 32);
+  EXPECT_EQ(Get(out, Request(0, 0, 8, 6)), 2);
+  EXPECT_TRUE(out.Untouched());
+}
+
+/// The same raw bands behind envelopes, which hide from the compositor what they are.
+Bands Wrapped(const Bands& bands) {
+  Bands wrapped;
+  for (const auto& [key, band] : bands) {
+    wrapped[key] = BandReference(new TPushbroomDibDataEnvelope(band, "", false));
+  }
+  return wrapped;
+}
+
+TEST_F(SeparateBandsTest, RawBandsInAnyStateAreComposedAsThroughTheirOwnGetRect) {
+  const std::vector<std::function<void(TRawWordDibData&)>> changes = {
+      [](TRawWordDibData&) {},
+      [](TRawWordDibData& band) {
+        band.channels.kinds = {1, 1};
+      },
+      [](TRawWordDibData& band) { band.bandsCount = 0; },
+      [](TRawWordDibData& band) { band.width = 5; },
+      [](TRawWordDibData& band) { band.height = 4; },
+      [](TRawWordDibData& band) { band.stream.reset(); },
+      [](TRawWordDibData& band) { band.bytesOrder = TRawWordDibData::boLittleEndian; },
+  };
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    AddRaw<TRawWordDibData>(bands, 1, 'x');
+    auto* changed = AddRaw<TRawWordDibData>(bands, 2, 'y');
+    TSeparateBandsDibData throughEnvelopes;
+    ASSERT_TRUE(compositor.Setup(bands));
+    changes[i](*changed);
+    Bands wrapped = Wrapped(bands);
+    for (auto& [key, band] : wrapped) {  // for the setup alone
+      band->width = 8;
+      band->height = 6;
+      band->channels.sampleSize = 2;
+    }
+    ASSERT_TRUE(throughEnvelopes.Setup(wrapped));
+    wrapped[2]->channels = changed->channels;
+    for (const TKvDibRect& rect :
+         {Request(0, 0, 8, 6), Request(-2, -1, 9, 9), Request(3, 2, 2, 2), Request(6, 5, 5, 5)}) {
+      Output out(9, 40), expected(9, 40);
+      EXPECT_EQ(Get(out, rect),
+                throughEnvelopes.GetRect(expected.Buffer(), rect, iqNearest, 0, nullptr))
+          << i;
+      EXPECT_EQ(out.bytes, expected.bytes) << i;
+    }
+  }
+}
+
+TEST_F(SeparateBandsTest, OneRawBandUnderTwoKeysFillsBothChannels) {
+  AddRaw<TRawWordDibData>(bands, 1, 'x');
+  bands[2] = bands[1];
+  ASSERT_TRUE(compositor.Setup(bands));
+  Output out(6, 32);
+  EXPECT_EQ(Get(out, Request(0, 0, 8, 6)), 3);
+  EXPECT_EQ(out.At(5, 28), 'x');
+  EXPECT_EQ(out.At(5, 31), 'x');
 }
 
 /// Raw bands of random samples, kept beside the readers for a pixel-by-pixel model.

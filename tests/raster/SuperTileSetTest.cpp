@@ -136,10 +136,12 @@ TEST_F(SuperTileSetTest, SampleSizesOfZeroBeforeTheFirstOtherAreSkipped) {
 
 TEST_F(SuperTileSetTest, ABandCountOfZeroBehindTheReferenceDiffers) {
   EXPECT_FALSE(Radiometry({TileOf(3, 2), TileOf(0, 2)}).ok);
+  EXPECT_FALSE(Radiometry({TileOf(3, 2), TileOf(0, 2), TileOf(3, 2)}).ok);
 }
 
 TEST_F(SuperTileSetTest, ASampleSizeOfZeroBehindTheReferenceDiffers) {
   EXPECT_FALSE(Radiometry({TileOf(3, 2), TileOf(3, 0)}).ok);
+  EXPECT_FALSE(Radiometry({TileOf(3, 2), TileOf(3, 0), TileOf(3, 2)}).ok);
 }
 
 TEST_F(SuperTileSetTest, ARadiometryOfZeroIsNone) {

@@ -17,6 +17,7 @@ using raster_test::Output;
 using raster_test::RasterTest;
 using raster_test::Request;
 using SatCommonUtils::TPushbroomDibDataEnvelope;
+using SatCommonUtils::TRawWordDibData;
 using SatCommonUtils::TSuperTileData;
 using SatCommonUtils::TVisibleBandsOrder;
 using ::testing::ElementsAre;
@@ -931,8 +932,9 @@ TEST_F(SuperTiledTest, ASuperTiledRasterHasNoReadBuffer) {
 /// raster shows.
 class RandomTiles {
  public:
-  RandomTiles(std::mt19937& random, int count) : random_(random) {
-    bands_ = Between(1, 4);
+  /// With `raw`, every tile is a raw band, else an envelope around a raster of several bands.
+  RandomTiles(std::mt19937& random, int count, bool raw) : random_(random), raw_(raw) {
+    bands_ = raw ? 1 : Between(1, 4);
     for (int i = 0; i < count; ++i) AddTile();
   }
 
@@ -974,63 +976,137 @@ class RandomTiles {
       memory->Pixels()[i] = static_cast<unsigned char>(random_());
     }
     memory->BuildLevels();
-    memory_.push_back(memory);
+    memory_.push_back(var_a_legacy::var_a<TKvDibData*>(memory));
     tiles.push_back({left, top, left + w - 1, top + h - 1, Between(-3, 6), Between(-3, 6),
-                     BandReference(new TPushbroomDibDataEnvelope(
-                         var_a_legacy::var_a<TKvDibData*>(memory), "", false)),
+                     raw_ ? RawBand(*memory, rw, rh)
+                          : BandReference(new TPushbroomDibDataEnvelope(memory_.back(), "", false)),
                      ""});
+  }
+
+  /// A raw band of the same pixels, in either byte order.
+  BandReference RawBand(TKvMemoryDibData& memory, long width, long height) {
+    const bool big = random_() % 2 == 0;
+    std::string bytes;
+    for (long y = height - 1; y >= 0; --y) {
+      for (long x = 0; x < width; ++x) {
+        const unsigned char* sample = memory.Pixels() + 2 * (y * width + x);
+        bytes += static_cast<char>(sample[big ? 1 : 0]);
+        bytes += static_cast<char>(sample[big ? 0 : 1]);
+      }
+    }
+    auto* band = new TRawWordDibData;
+    BandReference reference(band);
+    band->Setup(var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream(bytes)),
+                static_cast<unsigned long>(width), static_cast<unsigned long>(height),
+                big ? TRawWordDibData::boBigEndian : TRawWordDibData::boLittleEndian);
+    return reference;
   }
 
   unsigned short Source(std::size_t tile, int level, long x, long y, long band) {
     std::vector<unsigned short> pixel(static_cast<std::size_t>(bands_), 0);
-    memory_[tile]->GetRect(static_cast<unsigned long>(level), TKvDibRectI{x, y, 1, 1},
-                           {reinterpret_cast<unsigned char*>(pixel.data()), 2 * bands_});
+    static_cast<TKvMemoryDibData&>(*memory_[tile])
+        .GetRect(static_cast<unsigned long>(level), TKvDibRectI{x, y, 1, 1},
+                 {reinterpret_cast<unsigned char*>(pixel.data()), 2 * bands_});
     return pixel[static_cast<std::size_t>(band)];
   }
 
   std::mt19937& random_;
+  bool raw_;
   long bands_;
-  std::vector<TKvMemoryDibData*> memory_;
+  std::vector<var_a_legacy::var_a<TKvDibData*>> memory_;
 };
+
+/// Asks the stitched raster for a random rectangle of a random level and compares every byte.
+void ExpectRandomRequestServed(OpenSuperTiled& raster, RandomTiles& model) {
+  const auto levels = static_cast<long>(raster.GetAllLevels(nullptr));
+  const int level = static_cast<int>(model.Between(0, levels - 1));
+  const auto size = raster.GetScaleDimensions(static_cast<unsigned long>(level));
+  const long W = static_cast<long>(size[0]), H = static_cast<long>(size[1]);
+  const long x = model.Between(-10, W + 3), y = model.Between(-10, H + 3);
+  const long w = model.Between(0, 30), h = model.Between(0, 30);
+  const long stride =
+      (w * model.Bands() * 2 + model.Between(0, 7)) * (model.Between(0, 3) == 0 ? -1 : 1);
+  Output out(h, stride);
+  Output expected(h, stride);
+  bool touches = false;
+  for (long row = 0; row < h; ++row) {
+    for (long column = 0; column < w; ++column) {
+      const long px = x + column, py = y + row;
+      const bool inside = px >= 0 && px < W && py >= 0 && py < H;
+      touches = touches || inside;
+      for (long band = 0; band < model.Bands(); ++band) {
+        expected.PutWord(
+            row, column * model.Bands() + band,
+            inside ? model.At(level, px, H - 1 - py, band) : static_cast<unsigned short>(0));
+      }
+    }
+  }
+  const double scale = static_cast<double>(1L << level);
+  const int result =
+      raster.GetRect(out.Buffer(),
+                     Request(static_cast<double>(x) * scale, static_cast<double>(y) * scale,
+                             static_cast<double>(w) * scale, static_cast<double>(h) * scale, scale),
+                     iqNearest, 0, nullptr);
+  ASSERT_EQ(out.bytes, expected.bytes);
+  ASSERT_EQ(result, touches ? 3 : 2);
+}
 
 TEST_F(SuperTiledTest, RandomRequestsGiveWhatAPixelByPixelModelGives) {
   std::mt19937 random(31415926);
   for (int i = 0; i < 150; ++i) {
-    RandomTiles model(random, 1 + i % 6);
+    RandomTiles model(random, 1 + i % 6, false);
     const TVisibleBandsOrder order = {2, 1, 0};
     ASSERT_TRUE(raster.Setup(model.tiles, i % 2 == 0 ? &order : nullptr));
-    const auto levels = static_cast<int>(raster.GetAllLevels(nullptr));
     for (int j = 0; j < 20; ++j) {
-      const int level = static_cast<int>(model.Between(0, levels - 1));
-      const auto size = raster.GetScaleDimensions(static_cast<unsigned long>(level));
-      const long W = static_cast<long>(size[0]), H = static_cast<long>(size[1]);
-      const long x = model.Between(-10, W + 3), y = model.Between(-10, H + 3);
-      const long w = model.Between(0, 30), h = model.Between(0, 30);
-      const long stride =
-          (w * model.Bands() * 2 + model.Between(0, 7)) * (model.Between(0, 3) == 0 ? -1 : 1);
-      Output out(h, stride);
-      Output expected(h, stride);
-      bool touches = false;
-      for (long row = 0; row < h; ++row) {
-        for (long column = 0; column < w; ++column) {
-          const long px = x + column, py = y + row;
-          const bool inside = px >= 0 && px < W && py >= 0 && py < H;
-          touches = touches || inside;
-          for (long band = 0; band < model.Bands(); ++band) {
-            expected.PutWord(
-                row, column * model.Bands() + band,
-                inside ? model.At(level, px, H - 1 - py, band) : static_cast<unsigned short>(0));
-          }
-        }
-      }
-      const double scale = static_cast<double>(1L << level);
-      const int result =
-          Get(out, Request(static_cast<double>(x) * scale, static_cast<double>(y) * scale,
-                           static_cast<double>(w) * scale, static_cast<double>(h) * scale, scale));
-      ASSERT_EQ(out.bytes, expected.bytes) << "request " << i << '.' << j;
-      ASSERT_EQ(result, touches ? 3 : 2) << "request " << i << '.' << j;
+      ASSERT_NO_FATAL_FAILURE(ExpectRandomRequestServed(raster, model)) << i << '.' << j;
     }
   }
+}
+
+TEST_F(SuperTiledTest, RandomRequestsOfRawTilesGiveWhatAPixelByPixelModelGives) {
+  std::mt19937 random(161803);
+  for (int i = 0; i < 150; ++i) {
+    RandomTiles model(random, 1 + i % 6, true);
+    ASSERT_TRUE(raster.Setup(model.tiles, nullptr));
+    for (int j = 0; j < 20; ++j) {
+      ASSERT_NO_FATAL_FAILURE(ExpectRandomRequestServed(raster, model)) << i << '.' << j;
+    }
+  }
+}
+
+TEST_F(SuperTiledTest, ARawTileIsAskedForTheRectangleOfTheRastersOwnConversion) {
+  class Shifting : public SatCommonUtils::TSuperTiledDibDataEnvelope {
+   public:
+    TKvDibRect RectI2Rect(unsigned long level, const TKvDibRectI& rectI) override {
+      TKvDibRect rect = TSuperTiledDibDataEnvelope::RectI2Rect(level, rectI);
+      rect.pos[0] += 1;
+      return rect;
+    }
+  };
+  auto* band = new TRawWordDibData;
+  tiles.push_back({0, 0, 3, 1, 0, 0, BandReference(band), ""});
+  ASSERT_TRUE(band->Setup(
+      var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream(std::string("aabbccddeeffgghh"))), 4, 2,
+      TRawWordDibData::boLittleEndian));
+  Shifting shifting;
+  ASSERT_TRUE(shifting.Setup(tiles, nullptr));
+  Output out(2, 8);
+  EXPECT_EQ(shifting.GetRect(out.Buffer(), Request(0, 0, 4, 2), iqNearest, 0, nullptr), 3);
+  EXPECT_EQ(std::string(&out.At(0, 0), &out.At(0, 0) + 8), std::string("ffgghh\0\0", 8));
+  EXPECT_EQ(std::string(&out.At(1, 0), &out.At(1, 0) + 8), std::string("bbccdd\0\0", 8));
+}
+
+TEST_F(SuperTiledTest, ARawTileWhoseFileEndsEarlyShowsZerosAndLaterTilesAreDrawn) {
+  auto* band = new TRawWordDibData;
+  tiles.push_back({0, 0, 3, 3, 0, 0, BandReference(band), ""});
+  ASSERT_TRUE(band->Setup(var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream("short")), 4, 4,
+                          TRawWordDibData::boLittleEndian));
+  Add(4, 0, 7, 3, 2);
+  ASSERT_TRUE(raster.Setup(tiles, nullptr));
+  Output out(4, 16);
+  EXPECT_EQ(Get(out, Request(0, 0, 8, 4)), 3);
+  ExpectPixels(out, 0, 0, 4, 4, 0);
+  ExpectPixels(out, 0, 4, 4, 4, 2);
 }
 
 }  // namespace
