@@ -866,18 +866,17 @@ class OwnGetRect : public TRawWordDibData {
 };
 
 template <class Band>
-Band* AddRaw(Bands& bands, int key, char byte) {
+Band* AddRaw(Bands& bands, int key, const std::string& file) {
   auto* band = new Band;
   bands[key] = BandReference(band);
-  EXPECT_TRUE(band->Setup(
-      var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream(std::string(8 * 6 * 2, byte))), 8, 6,
-      TRawWordDibData::boBigEndian));
+  EXPECT_TRUE(band->Setup(var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream(file)), 8, 6,
+                          TRawWordDibData::boBigEndian));
   return band;
 }
 
 TEST_F(SeparateBandsTest, ARawBandThatOverridesGetRectIsAskedThroughIt) {
-  AddRaw<TRawWordDibData>(bands, 1, 'x');
-  auto* own = AddRaw<OwnGetRect>(bands, 2, 'y');
+  AddRaw<TRawWordDibData>(bands, 1, std::string(8 * 6 * 2, 'x'));
+  auto* own = AddRaw<OwnGetRect>(bands, 2, std::string(8 * 6 * 2, 'y'));
   ASSERT_TRUE(compositor.Setup(bands));
   Output out(6, 32);
   EXPECT_EQ(Get(out, Request(0, 0, 8, 6)), 3);
@@ -895,8 +894,8 @@ TEST_F(SeparateBandsTest, AFailingRawBandThatOverridesGetRectStopsTheComposition
       return 1;
     }
   };
-  AddRaw<TRawWordDibData>(bands, 1, 'x');
-  AddRaw<Failing>(bands, 2, 'y');
+  AddRaw<TRawWordDibData>(bands, 1, std::string(8 * 6 * 2, 'x'));
+  AddRaw<Failing>(bands, 2, std::string(8 * 6 * 2, 'y'));
   ASSERT_TRUE(compositor.Setup(bands));
   Output out(6, 32);
   EXPECT_EQ(Get(out, Request(0, 0, 8, 6)), 2);
@@ -924,20 +923,19 @@ TEST_F(SeparateBandsTest, RawBandsInAnyStateAreComposedAsThroughTheirOwnGetRect)
       [](TRawWordDibData& band) { band.stream.reset(); },
       [](TRawWordDibData& band) { band.bytesOrder = TRawWordDibData::boLittleEndian; },
   };
-  for (std::size_t i = 0; i < changes.size(); ++i) {
-    AddRaw<TRawWordDibData>(bands, 1, 'x');
-    auto* changed = AddRaw<TRawWordDibData>(bands, 2, 'y');
+  std::string file;  // long enough for pixels of two samples
+  for (int i = 0; i < 8 * 6 * 4; ++i) file += static_cast<char>(i * 37);
+  for (std::size_t i = 0; i < 2 * changes.size(); ++i) {
+    const int key = i % 2 == 0 ? 1 : 2;
+    AddRaw<TRawWordDibData>(bands, 1, file);
+    AddRaw<TRawWordDibData>(bands, 2, file);
+    auto& changed = static_cast<TRawWordDibData&>(*bands[key]);
     TSeparateBandsDibData throughEnvelopes;
     ASSERT_TRUE(compositor.Setup(bands));
-    changes[i](*changed);
     Bands wrapped = Wrapped(bands);
-    for (auto& [key, band] : wrapped) {  // for the setup alone
-      band->width = 8;
-      band->height = 6;
-      band->channels.sampleSize = 2;
-    }
     ASSERT_TRUE(throughEnvelopes.Setup(wrapped));
-    wrapped[2]->channels = changed->channels;
+    changes[i / 2](changed);
+    wrapped[key]->channels = changed.channels;
     for (const TKvDibRect& rect :
          {Request(0, 0, 8, 6), Request(-2, -1, 9, 9), Request(3, 2, 2, 2), Request(6, 5, 5, 5)}) {
       Output out(9, 40), expected(9, 40);
@@ -950,7 +948,7 @@ TEST_F(SeparateBandsTest, RawBandsInAnyStateAreComposedAsThroughTheirOwnGetRect)
 }
 
 TEST_F(SeparateBandsTest, OneRawBandUnderTwoKeysFillsBothChannels) {
-  AddRaw<TRawWordDibData>(bands, 1, 'x');
+  AddRaw<TRawWordDibData>(bands, 1, std::string(8 * 6 * 2, 'x'));
   bands[2] = bands[1];
   ASSERT_TRUE(compositor.Setup(bands));
   Output out(6, 32);
