@@ -1,13 +1,9 @@
 #include "SatCommonUtils/Raster.h"
 #include "module/DebugPrint.h"
+#include "raster/ChannelKinds.h"
 
 namespace SatCommonUtils {
 namespace {
-
-constexpr int kFirstVisible = 6;
-constexpr int kSecondVisible = 4;
-constexpr int kThirdVisible = 3;
-constexpr int kOtherBand = 32;
 
 /// The kind of a band; a band named twice takes the code of the earlier member.
 int KindOfBand(long band, const TVisibleBandsOrder& order) {

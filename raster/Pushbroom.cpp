@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "SatCommonUtils/Raster.h"
+#include "raster/InPlaceRead.h"
 #include "raster/RequestMath.h"
 
 namespace SatCommonUtils {
@@ -17,21 +18,23 @@ TPushbroomDibData<T>::~TPushbroomDibData() {
 
 template <class T>
 bool TPushbroomDibData<T>::AllocReadData(long* pos, long* size) {
-  const std::optional<long> needed = SizeProduct(size[0], size[1], bandsCount);
-  if (!needed) return false;
-  const auto count = static_cast<std::size_t>(*needed);
-  if (*needed > readBufferSize) {
+  const bool negative = size[0] < 0 || size[1] < 0 || bandsCount < 0;
+  const std::optional<long> samples = negative ? 0 : SizeProduct(size[0], size[1], bandsCount);
+  if (!samples || *samples > readBufferSize) {
     delete[] readBuffer;
     readBuffer = nullptr;
     readBufferSize = 0;
+    if (!samples) return false;
     try {
-      readBuffer = new T[count];
+      readBuffer = new T[static_cast<std::size_t>(*samples)];
     } catch (const std::bad_alloc&) {
       return false;
     }
-    readBufferSize = *needed;
+    readBufferSize = *samples;
   }
-  if (count > 0) std::memset(readBuffer, 0, count * sizeof(T));
+  if (*samples > 0 && !ClearsWhatItLeavesUnread(*this)) {
+    std::memset(readBuffer, 0, static_cast<std::size_t>(*samples) * sizeof(T));
+  }
   return ReadData(pos, size);
 }
 
@@ -52,18 +55,20 @@ int TPushbroomDibData<T>::GetRect(const TKvDibDataOutBuffer& out, const TKvDibRe
   const std::optional<TInnerPart> part = CutToRaster(request, width, height);
   if (!part) return kvDibNothing;
 
-  long pos[2] = {part->rect.x, height - part->rect.y - part->rect.h};
-  long size[2] = {part->rect.w, part->rect.h};
+  const TKvDibRectI& inner = part->rect;
+  long pos[2] = {inner.x, height - inner.y - inner.h};
+  long size[2] = {inner.w, inner.h};
   if (!AllocReadData(pos, size)) return kvDibNothing;
 
-  const std::optional<long> rowSamples = SizeProduct(size[0], bandsCount);
-  const std::optional<long> samples = SizeProduct(size[0], size[1], bandsCount);
+  const std::optional<long> rowSamples = SizeProduct(inner.w, bandsCount);
+  const std::optional<long> samples = SizeProduct(inner.w, inner.h, bandsCount);
   if (!rowSamples || !samples || *samples > readBufferSize) return kvDibNothing;
   constexpr long sampleBytes = sizeof(T);
   unsigned char* to = PixelAddress(out, part->skipX, part->skipY, sampleBytes * bandsCount);
   if (to == nullptr) return kvDibNothing;
+  if (*rowSamples == 0) return kvDibWritten;
   const auto rowBytes = static_cast<std::size_t>(*rowSamples * sampleBytes);
-  for (long row = size[1] - 1; row >= 0; --row, to += out.stride) {
+  for (long row = inner.h - 1; row >= 0; --row, to += out.stride) {
     std::memcpy(to, readBuffer + row * *rowSamples, rowBytes);
   }
   return kvDibWritten;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "SatCommonUtils/Raster.h"
+#include "raster/ChannelKinds.h"
 #include "raster/PixelKernels.h"
 #include "raster/RequestMath.h"
 
@@ -65,26 +66,43 @@ template <class T>
 // The interface takes the reference by value. NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool TRawDibData<T>::Setup(var_a_legacy::var_a<TKvStream*> stream, unsigned long width,
                            unsigned long height) {
-  this->stream.reset();
-  this->width = 0;
-  this->height = 0;
-  this->bandsCount = 0;
-  delete[] rowCache;
-  rowCache = nullptr;
-  rowCacheSize = 0;
+  Clear();
   if (width == 0 || height == 0 || !stream) return false;
-
   this->stream = std::move(stream);
   this->width = static_cast<long>(width);
   this->height = static_cast<long>(height);
   this->bandsCount = 1;
   this->channels.sampleType = 1;
   this->channels.sampleSize = 2;
-  // The list of kinds is not emptied: every successful setup appends one more, and callers rely on
-  // it.
-  this->channels.kinds.push_back(1);
-  this->FillDefaultLevelBounds({width, height}, 1);
+  std::vector<int>& kinds = this->channels.kinds;
+  const std::size_t kindsBefore = kinds.size();
+  try {
+    // The list of kinds is not emptied: every successful setup appends one more, and callers rely
+    // on it.
+    kinds.push_back(kSingleBand);
+    this->FillDefaultLevelBounds({width, height}, 1);
+  } catch (const std::bad_alloc&) {
+    kinds.resize(kindsBefore);
+    Clear();
+    return false;
+  }
   return true;
+}
+
+template <class T>
+void TRawDibData<T>::Clear() {
+  stream.reset();
+  this->width = 0;
+  this->height = 0;
+  this->bandsCount = 0;
+  FreeRowCache();
+}
+
+template <class T>
+void TRawDibData<T>::FreeRowCache() {
+  delete[] rowCache;
+  rowCache = nullptr;
+  rowCacheSize = 0;
 }
 
 template <class T>
@@ -95,9 +113,7 @@ bool TRawDibData<T>::ReadData(long* pos, long* size) {
 template <class T>
 bool TRawDibData<T>::GrowRowCache(unsigned long rowBytes) {
   if (rowCacheSize >= rowBytes) return true;
-  delete[] rowCache;
-  rowCache = nullptr;
-  rowCacheSize = 0;
+  FreeRowCache();
   try {
     rowCache = new T[rowBytes / sizeof(T) + (rowBytes % sizeof(T) != 0 ? 1 : 0)];
   } catch (const std::bad_alloc&) {
@@ -109,6 +125,20 @@ bool TRawDibData<T>::GrowRowCache(unsigned long rowBytes) {
 
 template <class T>
 bool TRawDibData<T>::ReadRows(const long* pos, const long* size, bool swapBytes) {
+  long rows = 0;
+  if (TryReadRows(pos, size, swapBytes, &rows)) return true;
+  // The caller finds the rows read so far as they are in the file, and zeros behind them.
+  const std::optional<long> samples = SizeProduct(size[0], size[1]);
+  if (!samples || *samples == 0 || *samples > this->readBufferSize) return false;
+  T* const block = this->readBuffer;
+  const auto read = static_cast<std::size_t>(rows * size[0]);
+  if (swapBytes) Kernels().copySwapped(block, block, read);
+  std::memset(block + read, 0, (static_cast<std::size_t>(*samples) - read) * sizeof(T));
+  return false;
+}
+
+template <class T>
+bool TRawDibData<T>::TryReadRows(const long* pos, const long* size, bool swapBytes, long* rows) {
   const unsigned long kinds = this->channels.kinds.size();
   const std::optional<long> bytesPerPixel = SizeProduct(kinds, this->channels.sampleSize);
   const std::optional<long> rowBytes =
@@ -121,28 +151,27 @@ bool TRawDibData<T>::ReadRows(const long* pos, const long* size, bool swapBytes)
   const std::optional<TRowOffsets> offsets = OffsetsInFile(pos, size, this->width, pixelBytes);
   if (!samples || *samples > this->readBufferSize || !offsets || !stream) return false;
 
-  T* const block = this->readBuffer;
+  T* to = this->readBuffer;
   const auto bytes = static_cast<unsigned long>(*rowBytes);
   unsigned long offset = offsets->first;
-  long row = 0;
   try {
-    for (; row < size[1]; ++row, offset += offsets->step) {
-      if (!stream->SetPos(offset) || stream->Read(rowCache, bytes) < bytes) break;
-      CopyRow(block + row * size[0], rowCache, size[0], pixelBytes, swapBytes);
+    for (; *rows < size[1]; ++*rows, offset += offsets->step, to += size[0]) {
+      if (!stream->SetPos(offset) || stream->Read(rowCache, bytes) < bytes) return false;
+      if (bytes > 0) CopyRow(to, rowCache, size[0], pixelBytes, swapBytes);
     }
   } catch (...) {  // whatever the stream throws is a failed read
+    return false;
   }
-  if (row == size[1]) return true;
-  if (swapBytes) {
-    // The caller finds the rows read so far as they are in the file.
-    Kernels().copySwapped(block, block, static_cast<std::size_t>(row * size[0]));
-  }
-  return false;
+  return true;
 }
 
 template <class T>
 void TRawDibData<T>::PurgeCache() {
-  if (stream) stream->Purge();
+  if (!stream) return;
+  try {
+    stream->Purge();
+  } catch (...) {  // nothing was promised but an attempt
+  }
 }
 
 template class TRawDibData<unsigned short>;

@@ -12,6 +12,19 @@ std::optional<TInnerPart> CutToRaster(const TKvDibRectI& request, long width, lo
   return TInnerPart{{x0, y0, x1 - x0, y1 - y0}, x0 - request.x, y0 - request.y};
 }
 
+std::optional<long> BufferBytes(long pixels, long rows, long bytesPerPixel, long writtenPerPixel) {
+  constexpr long kSlack = 4;
+  const std::optional<long> packed = SizeProduct(pixels, rows, bytesPerPixel);
+  const std::optional<long> excess =
+      SizeProduct(pixels, std::max(writtenPerPixel, bytesPerPixel) - bytesPerPixel);
+  long bytes;
+  if (bytesPerPixel < 0 || !packed || !excess || __builtin_add_overflow(*packed, *excess, &bytes) ||
+      __builtin_add_overflow(bytes, kSlack, &bytes)) {
+    return std::nullopt;
+  }
+  return bytes;
+}
+
 unsigned char* PixelAddress(const TKvDibDataOutBuffer& out, long x, long y, long bytesPerPixel) {
   long column;
   long row;

@@ -47,6 +47,11 @@ inline long BytesPerPixel(const TKvDibChannels& channels) {
   return SizeProduct(channels.kinds.size(), channels.sampleSize).value_or(-1);
 }
 
+/// The length of a buffer for `rows` rows of `pixels` that somebody writes: 4 bytes more than the
+/// rows, and as much more as the last row is longer when more bytes a pixel are written than it
+/// has. Nothing when that leaves the range of long, or a size is negative.
+std::optional<long> BufferBytes(long pixels, long rows, long bytesPerPixel, long writtenPerPixel);
+
 /// The part of a request that lies inside a raster.
 struct TInnerPart {
   TKvDibRectI rect;  ///< in the raster's pixels, not empty

@@ -1,11 +1,11 @@
 #include <algorithm>
-#include <cstring>
 #include <new>
 #include <stdexcept>
 
 #include "SatCommonUtils/Raster.h"
+#include "raster/ChannelKinds.h"
 #include "raster/InPlaceRead.h"
-#include "raster/PixelKernels.h"
+#include "raster/Interleave.h"
 #include "raster/RequestMath.h"
 
 namespace SatCommonUtils {
@@ -14,9 +14,7 @@ namespace {
 using TBand = var_a_legacy::var_a<TBasePushbroomDibData*>;
 using TBlocks = var_a_legacy::newarray_a<TKvDibDataOutBufferAutoRelease>;
 
-constexpr int kVisibleKinds[] = {6, 4, 3};
-/// What a band's block is longer than its rows.
-constexpr long kBlockSlack = 4;
+constexpr int kVisibleKinds[] = {kFirstVisible, kSecondVisible, kThirdVisible};
 
 /// The keys of the bands in channel order: the three visible ones first when all are there.
 std::vector<int> ChannelOrder(const std::map<int, TBand>& bands) {
@@ -34,29 +32,13 @@ std::vector<int> ChannelOrder(const std::map<int, TBand>& bands) {
   return order;
 }
 
-/// The pixels of one band for the part of the request inside the raster.
-struct TChannelSource {
-  TPixelRows rows;
-  long bytesPerPixel;
-};
-
-/// What one request needs of memory, all of it allocated before the first band is asked.
+/// What one request needs of memory beside the blocks, allocated before the first band is asked.
 struct TWorkspace {
   std::vector<TBasePushbroomDibData*> bands;  ///< in channel order
   std::vector<TChannelSource> sources;
-  std::vector<const unsigned char*> rows;
+  std::vector<const unsigned char*> cursors;
   TBlocks blocks;
   bool distinct = false;  ///< no band fills two channels
-};
-
-/// One request while it is answered.
-struct TRequest {
-  const TKvDibRect& rect;
-  const TInterpolationQuality& quality;
-  int param;
-  TKvProgressHandler* progress;
-  TKvDibRectI pixels;
-  TInnerPart part;
 };
 
 /// False when a channel has no band or memory is short.
@@ -69,7 +51,7 @@ bool Prepare(const std::map<unsigned int, int>& channelBands, const std::map<int
       space->bands.push_back(band->second.get());
     }
     space->sources.resize(space->bands.size());
-    space->rows.resize(space->bands.size());
+    space->cursors.resize(space->bands.size());
     space->blocks = TBlocks(space->bands.size());
     std::vector<TBasePushbroomDibData*> sorted = space->bands;
     std::sort(sorted.begin(), sorted.end());
@@ -81,103 +63,33 @@ bool Prepare(const std::map<unsigned int, int>& channelBands, const std::map<int
 }
 
 /// A block of full requested rows for one band; false when it cannot be allocated.
-bool AllocateBlock(TKvDibDataOutBufferAutoRelease& block, const TKvDibRectI& request,
-                   long bytesPerPixel) {
-  const std::optional<long> stride = SizeProduct(request.w, bytesPerPixel);
-  const std::optional<long> rows = stride ? SizeProduct(request.h, *stride) : std::nullopt;
-  long bytes;
-  if (!rows || __builtin_add_overflow(*rows, kBlockSlack, &bytes)) return false;
+bool AllocateBlock(TKvDibDataOutBufferAutoRelease& block, const TKvDibRectI& pixels,
+                   const TBasePushbroomDibData& band) {
+  const long bytesPerPixel = BytesPerPixel(band.channels);
+  const std::optional<long> bytes =
+      BufferBytes(pixels.w, pixels.h, bytesPerPixel, WrittenBytesPerPixel(band));
+  if (!bytes) return false;
   try {
-    block.data = new unsigned char[static_cast<std::size_t>(bytes)];
+    block.data = new unsigned char[static_cast<std::size_t>(*bytes)];
   } catch (const std::bad_alloc&) {
     return false;
   }
-  block.stride = *stride;
+  block.stride = pixels.w * bytesPerPixel;
   return true;
 }
 
-/// Gets one band's pixels. They lie in the band's block, or in place when `inPlace`; what the band
-/// does not write of its block stays as it was allocated. False when memory is short or the band's
-/// result lacks bit 2.
-bool FetchBand(TBasePushbroomDibData& band, const TRequest& request, bool inPlace,
-               TKvDibDataOutBufferAutoRelease& block, TChannelSource* source) {
-  const long bytesPerPixel = BytesPerPixel(band.channels);
-  // The block is taken in any case: a request too large for it gives 2.
-  if (!AllocateBlock(block, request.pixels, bytesPerPixel)) return false;
-  source->bytesPerPixel = bytesPerPixel;
-  if (inPlace && ReadInPlace(band, request.part.rect, &source->rows)) return true;
-  const TInnerPart& part = request.part;
-  source->rows = {block.data + part.skipY * block.stride + part.skipX * bytesPerPixel,
+/// Gets the pixels of one channel. What the band does not write of its block stays as it was
+/// allocated. The block is taken in any case: a request too large for it gives 2. False when memory
+/// is short or the band's result lacks bit 2, which a failed read does not.
+bool FetchBand(TBasePushbroomDibData& band, const TBandRequest& request, const TKvDibRectI& pixels,
+               const TInnerPart& part, bool inPlace, TKvDibDataOutBufferAutoRelease& block,
+               TChannelSource* source) {
+  if (!AllocateBlock(block, pixels, band)) return false;
+  source->bytesPerPixel = BytesPerPixel(band.channels);
+  source->rows = {block.data + part.skipY * block.stride + part.skipX * source->bytesPerPixel,
                   block.stride};
-  // A failed read is the result 2, which has bit 2: the composition goes on.
-  if (inPlace) return true;
-  const int result =
-      band.GetRect(block, request.rect, request.quality, request.param, request.progress);
+  const int result = ReadBand(band, request, inPlace ? &part.rect : nullptr, block, &source->rows);
   return (result & kvDibNothing) != 0;
-}
-
-/// Copies one channel's pixels into their place; never beyond the destination pixel.
-void CopyChannel(unsigned char* to, const TChannelSource& source, const unsigned char* from,
-                 long offset, long outPixel, long pixels) {
-  const long bytes = std::min(source.bytesPerPixel, outPixel - offset);
-  if (bytes <= 0) return;
-  to += offset;
-  for (long i = 0; i < pixels; ++i, to += outPixel, from += source.bytesPerPixel) {
-    std::memcpy(to, from, static_cast<std::size_t>(bytes));
-  }
-}
-
-/// Whether all channels are 16-bit samples that fill the destination pixel exactly.
-bool AllWords(const std::vector<TChannelSource>& sources, long outPixel) {
-  constexpr long sampleBytes = sizeof(unsigned short);
-  return outPixel == static_cast<long>(sources.size()) * sampleBytes &&
-         std::all_of(sources.begin(), sources.end(), [](const TChannelSource& source) {
-           return source.bytesPerPixel == sampleBytes;
-         });
-}
-
-/// Interleaves one row of pixels from `rows`.
-void WriteRow(unsigned char* to, const TWorkspace& space, long outPixel, long pixels, bool words) {
-  const std::vector<const unsigned char*>& rows = space.rows;
-  if (words && rows.size() == 1) {
-    std::memcpy(to, rows[0], static_cast<std::size_t>(pixels * outPixel));
-  } else if (words && rows.size() <= kMaxKernelChannels) {
-    Kernels().interleave(to, rows.data(), static_cast<int>(rows.size()),
-                         static_cast<std::size_t>(pixels));
-  } else {
-    for (std::size_t k = 0; k < rows.size(); ++k) {
-      const long offset = static_cast<long>(k) * space.sources[k].bytesPerPixel;
-      CopyChannel(to, space.sources[k], rows[k], offset, outPixel, pixels);
-    }
-  }
-}
-
-/// Interleaves all rows of the part, from `to` upwards.
-void Interleave(unsigned char* to, long stride, const TKvDibRectI& part, long outPixel,
-                TWorkspace* space) {
-  const bool words = AllWords(space->sources, outPixel);
-  for (std::size_t k = 0; k < space->rows.size(); ++k) {
-    space->rows[k] = space->sources[k].rows.bottom;
-  }
-  for (long row = 0; row < part.h; ++row, to += stride) {
-    WriteRow(to, *space, outPixel, part.w, words);
-    for (std::size_t k = 0; k < space->rows.size(); ++k) {
-      space->rows[k] += space->sources[k].rows.step;
-    }
-  }
-}
-
-/// Whether every band can be read in place for this request. Bands that run code of others, or one
-/// band in two channels, might overwrite a read buffer that is still needed.
-bool AllInPlace(const TWorkspace& space, const TRequest& request, long width, long height) {
-  const auto fits = [&](TBasePushbroomDibData* band) {
-    if (!CanReadInPlace(*band) || band->width != width || band->height != height) return false;
-    TKvDibRectI own;
-    const unsigned long level =
-        band->Rect2RectI(request.rect, request.quality, request.param, &own, false);
-    return level == 0 && SameRect(own, request.pixels);
-  };
-  return space.distinct && std::all_of(space.bands.begin(), space.bands.end(), fits);
 }
 
 }  // namespace
@@ -198,23 +110,31 @@ void TSeparateBandsDibData::Reset() {
 }
 
 bool TSeparateBandsDibData::Setup(const std::map<int, TBand>& given) {
-  // The argument may be this object's own map.
-  std::map<int, TBand> wanted = given;
   Reset();
-  if (wanted.empty()) return false;
-  const TBand& first = wanted.begin()->second;
-  const bool fit = std::all_of(wanted.begin(), wanted.end(), [&first](const auto& entry) {
+  bool taken = false;
+  try {
+    taken = Take(given);
+  } catch (const std::bad_alloc&) {  // a compositor that cannot be set up whole stays empty
+  }
+  if (!taken) Reset();
+  return taken;
+}
+
+bool TSeparateBandsDibData::Take(const std::map<int, TBand>& given) {
+  if (given.empty()) return false;
+  const TBand& first = given.begin()->second;
+  const bool fit = std::all_of(given.begin(), given.end(), [&first](const auto& entry) {
     const TBand& band = entry.second;
     return first && band && band->width == first->width && band->height == first->height &&
            band->channels.sampleSize == first->channels.sampleSize;
   });
   if (!fit) return false;
 
+  bands = given;
   width = first->width;
   height = first->height;
-  channels.sampleSize = first->channels.sampleSize;
-  bands.swap(wanted);
   bandsCount = static_cast<long>(bands.size());
+  channels.sampleSize = first->channels.sampleSize;
   channels.kinds = ChannelOrder(bands);
   unsigned int channel = 0;
   for (const int key : channels.kinds) channelBands[channel++] = key;
@@ -232,13 +152,18 @@ int TSeparateBandsDibData::GetRect(const TKvDibDataOutBuffer& out, const TKvDibR
   }
   const std::optional<TInnerPart> part = CutToRaster(pixels, width, height);
   if (!part) return kvDibNothing;
-  const TRequest request{rect, quality, param, progress, pixels, *part};
 
   TWorkspace space;
   if (!Prepare(channelBands, bands, &space)) return kvDibNothing;
-  const bool inPlace = AllInPlace(space, request, width, height);
+  const TBandRequest request{rect, quality, param, progress};
+  const bool inPlace =
+      space.distinct &&
+      std::all_of(space.bands.begin(), space.bands.end(), [&](TBasePushbroomDibData* band) {
+        return CanReadInPlace(*band, request, pixels, part->rect);
+      });
   for (std::size_t k = 0; k < space.bands.size(); ++k) {
-    if (!FetchBand(*space.bands[k], request, inPlace, space.blocks[k], &space.sources[k])) {
+    if (!FetchBand(*space.bands[k], request, pixels, *part, inPlace, space.blocks[k],
+                   &space.sources[k])) {
       return kvDibNothing;
     }
   }
@@ -246,7 +171,7 @@ int TSeparateBandsDibData::GetRect(const TKvDibDataOutBuffer& out, const TKvDibR
   const long outPixel = BytesPerPixel(channels);
   unsigned char* to = PixelAddress(out, part->skipX, part->skipY, outPixel);
   if (outPixel < 0 || to == nullptr) return kvDibNothing;
-  Interleave(to, out.stride, part->rect, outPixel, &space);
+  Interleave(space.sources, to, out.stride, part->rect.w, part->rect.h, outPixel, &space.cursors);
   return kvDibWritten;
 }
 

@@ -32,17 +32,21 @@ bool GetStitchedRasterDimensions(const std::vector<TSuperTileData>& tiles, unsig
   *width = 0;
   *height = 0;
   if (tiles.empty()) return false;
-  TSuperTileData all{tiles.front()};
+  const TSuperTileData& first = tiles.front();
+  long left = first.left;
+  long top = first.top;
+  long right = first.right;
+  long bottom = first.bottom;
   for (const TSuperTileData& tile : tiles) {
-    all.left = std::min(all.left, tile.left);
-    all.top = std::min(all.top, tile.top);
-    all.right = std::max(all.right, tile.right);
-    all.bottom = std::max(all.bottom, tile.bottom);
+    left = std::min(left, tile.left);
+    top = std::min(top, tile.top);
+    right = std::max(right, tile.right);
+    bottom = std::max(bottom, tile.bottom);
   }
   // An extent one pixel wide or high is refused on purpose; callers rely on it.
-  if (all.bottom <= all.top || all.right <= all.left) return false;
-  *width = Extent(all.left, all.right);
-  *height = Extent(all.top, all.bottom);
+  if (bottom <= top || right <= left) return false;
+  *width = Extent(left, right);
+  *height = Extent(top, bottom);
   return true;
 }
 

@@ -1,29 +1,31 @@
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <new>
 #include <stdexcept>
 
 #include "SatCommonUtils/Raster.h"
+#include "raster/ChannelKinds.h"
 #include "raster/InPlaceRead.h"
 #include "raster/RequestMath.h"
 
 namespace SatCommonUtils {
 namespace {
 
-/// What the tile buffer is longer than a tile's part.
-constexpr long kBufferSlack = 4;
-/// No buffer of a process is longer: user addresses have 47 bits.
+/// No buffer is longer: the addresses of a process have 47 bits.
 constexpr long kMostBytes = 1L << 47;
 
 /// Clears `h` rows of `w` pixels; false, and nothing is written, when no buffer can be so large.
 bool Clear(const TKvDibDataOutBuffer& out, long w, long h, long bytesPerPixel) {
   const std::optional<long> rowBytes = SizeProduct(w, bytesPerPixel);
   const long step = out.stride < 0 ? SaturatedDifference(0, out.stride) : out.stride;
+  // Rows without a byte, or all in one place, need no more than one.
+  const long rows = rowBytes == 0 || step == 0 ? 1 : h;
   const std::optional<long> bytes =
-      rowBytes ? SizeProduct(std::max(step, *rowBytes), h) : std::nullopt;
+      rowBytes ? SizeProduct(std::max(step, *rowBytes), rows) : std::nullopt;
   if (!bytes || *bytes > kMostBytes) return false;
   unsigned char* to = out.data;
-  for (long row = 0; row < h; ++row, to += out.stride) {
+  for (long row = 0; row < rows; ++row, to += out.stride) {
     std::memset(to, 0, static_cast<std::size_t>(*rowBytes));
   }
   return true;
@@ -44,27 +46,24 @@ long AtLevel(long pixels, unsigned long level) {
   return pixels >> std::min(level, 63UL);
 }
 
-/// The part of a tile that a request touches, seen three ways.
-struct TTilePart {
-  TTopDownRect inStitched;
-  TKvDibRectI inTile;  ///< pixels of the tile's raster, rows from the bottom
-};
+/// The part of a tile, as it lies in the stitched raster, that a request touches.
+TTopDownRect TouchedPart(const TSuperTileData& tile, unsigned long level,
+                         const TTopDownRect& wanted) {
+  return {std::max(AtLevel(tile.left, level), wanted.left),
+          std::max(AtLevel(tile.top, level), wanted.top),
+          std::min(AtLevel(tile.right, level), wanted.right),
+          std::min(AtLevel(tile.bottom, level), wanted.bottom)};
+}
 
-TTilePart PartOfTile(const TSuperTileData& tile, unsigned long level, const TTopDownRect& wanted) {
-  const long left = AtLevel(tile.left, level);
-  const long top = AtLevel(tile.top, level);
-  const TTopDownRect common{std::max(left, wanted.left), std::max(top, wanted.top),
-                            std::min(AtLevel(tile.right, level), wanted.right),
-                            std::min(AtLevel(tile.bottom, level), wanted.bottom)};
-  if (common.Empty()) return {common, {0, 0, 0, 0}};
+/// The same part in pixels of the tile's raster, rows from the bottom.
+TKvDibRectI InTile(const TTopDownRect& part, const TSuperTileData& tile, unsigned long level) {
   const long tileHeight = SignedSize(tile.raster->GetScaleDimensions(level)[1]);
-  const long column = SaturatedDifference(common.left, left);
-  const long lastRow = SaturatedDifference(common.bottom, top);
+  const long column = SaturatedDifference(part.left, AtLevel(tile.left, level));
+  const long lastRow = SaturatedDifference(part.bottom, AtLevel(tile.top, level));
+  const long x = SaturatedSum(column, AtLevel(tile.srcLeft, level));
   const long y = SaturatedDifference(SaturatedDifference(tileHeight - 1, lastRow),
                                      AtLevel(tile.srcTop, level));
-  return {common,
-          {SaturatedSum(column, AtLevel(tile.srcLeft, level)), y, common.right - common.left + 1,
-           common.bottom - common.top + 1}};
+  return {x, y, part.right - part.left + 1, part.bottom - part.top + 1};
 }
 
 }  // namespace
@@ -80,17 +79,6 @@ struct TSuperTiledDibDataEnvelope::TStitching {
   long levelHeight;
   TTopDownRect wanted;
   long bytesPerPixel;
-
-  /// Whether the raster reads exactly `part` for `rect`, and can do so in place.
-  bool InPlace(TBasePushbroomDibData& raster, const TKvDibRect& rect,
-               const TKvDibRectI& part) const {
-    if (!CanReadInPlace(raster)) return false;
-    TKvDibRectI own;
-    if (raster.Rect2RectI(rect, quality, param, &own, false) != 0 || !SameRect(own, part))
-      return false;
-    const std::optional<TInnerPart> inside = CutToRaster(own, raster.width, raster.height);
-    return inside && SameRect(inside->rect, part);
-  }
 
   /// Copies the rows of a tile's part to their place; never beyond the tile's own row.
   void Paste(const TPixelRows& rows, const TTopDownRect& at, long tileRowBytes) const {
@@ -125,28 +113,38 @@ void TSuperTiledDibDataEnvelope::Reset() {
 
 bool TSuperTiledDibDataEnvelope::Setup(const std::vector<TSuperTileData>& given,
                                        const TVisibleBandsOrder* order) {
-  // The argument may be this object's own list.
-  std::vector<TSuperTileData> wanted = given;
   Reset();
+  bool taken = false;
+  try {
+    taken = Take(given, order);
+  } catch (const std::bad_alloc&) {  // a raster that cannot be set up whole stays empty
+  } catch (const std::length_error&) {
+  }
+  if (!taken) Reset();
+  return taken;
+}
+
+bool TSuperTiledDibDataEnvelope::Take(const std::vector<TSuperTileData>& given,
+                                      const TVisibleBandsOrder* order) {
   unsigned long stitchedWidth;
   unsigned long stitchedHeight;
   unsigned long bands;
   unsigned long sampleSize;
-  if (!GetStitchedRasterDimensions(wanted, &stitchedWidth, &stitchedHeight) ||
-      !GetStitchedRasterRadiometry(wanted, &bands, &sampleSize)) {
+  if (!GetStitchedRasterDimensions(given, &stitchedWidth, &stitchedHeight) ||
+      !GetStitchedRasterRadiometry(given, &bands, &sampleSize)) {
     return false;
   }
   width = SignedSize(stitchedWidth);
   height = SignedSize(stitchedHeight);
   bandsCount = static_cast<long>(bands);
   channels.sampleSize = sampleSize;
-  tiles.swap(wanted);
+  tiles = given;
   if (bandsCount == 1) {
-    channels.kinds.assign(1, 1);
+    channels.kinds.assign(1, kSingleBand);
   } else if (!SetVisibleBandsOrder(order)) {
     channels = tiles.front().raster->channels;
   }
-  unsigned long levels = tiles.front().raster->GetAllLevels(nullptr);
+  unsigned long levels = std::numeric_limits<unsigned long>::max();
   for (const TSuperTileData& tile : tiles) {
     levels = std::min(levels, tile.raster->GetAllLevels(nullptr));
   }
@@ -183,26 +181,27 @@ int TSuperTiledDibDataEnvelope::GetRect(const TKvDibDataOutBuffer& out, const TK
 }
 
 bool TSuperTiledDibDataEnvelope::DrawTile(const TSuperTileData& tile, const TStitching& work) {
+  const TTopDownRect touched = TouchedPart(tile, work.level, work.wanted);
+  if (touched.Empty()) return true;
   if (!tile.raster) return false;
   TBasePushbroomDibData& raster = *tile.raster;
-  const TTilePart part = PartOfTile(tile, work.level, work.wanted);
-  if (part.inStitched.Empty()) return true;
+  const TKvDibRectI part = InTile(touched, tile, work.level);
 
   const long bytesPerPixel = BytesPerPixel(raster.channels);
-  if (!GrowTileBuffer(SizeProduct(bytesPerPixel, part.inTile.w, part.inTile.h))) return false;
-  const TKvDibDataOutBuffer buffer{tileBuffer, part.inTile.w * bytesPerPixel};
-  const TKvDibRect rect = RectI2Rect(work.level, part.inTile);
+  const std::optional<long> needed =
+      BufferBytes(part.w, part.h, bytesPerPixel, WrittenBytesPerPixel(raster));
+  if (!needed || !GrowTileBuffer(*needed)) return false;
+  const TKvDibDataOutBuffer buffer{tileBuffer, part.w * bytesPerPixel};
+  const TKvDibRect rect = RectI2Rect(work.level, part);
+  const TBandRequest request{rect, work.quality, work.param, work.progress};
+  const bool inPlace = CanReadInPlace(raster, request, part, part);
+  if (!inPlace) ClearTileBuffer();
   TPixelRows rows{buffer.data, buffer.stride};
-  const bool inPlace = work.InPlace(raster, rect, part.inTile);
-  if (!inPlace || !ReadInPlace(raster, part.inTile, &rows)) {
-    std::memset(tileBuffer, 0, tileBufferSize);
-    // A failed read is the result 2, which has bit 2: the cleared buffer is pasted.
-    const int result = inPlace
-                           ? kvDibNothing
-                           : raster.GetRect(buffer, rect, work.quality, work.param, work.progress);
-    if ((result & kvDibNothing) == 0) return false;
-  }
-  work.Paste(rows, part.inStitched, buffer.stride);
+  const int result = ReadBand(raster, request, inPlace ? &part : nullptr, buffer, &rows);
+  if ((result & kvDibNothing) == 0) return false;
+  // A failed read has bit 2: the cleared buffer is pasted.
+  if (inPlace && rows.bottom == tileBuffer) ClearTileBuffer();
+  work.Paste(rows, touched, buffer.stride);
   return true;
 }
 
@@ -213,23 +212,28 @@ void TSuperTiledDibDataEnvelope::PurgeCache() {
 }
 
 bool TSuperTiledDibDataEnvelope::AllocTileBuffer(long* size, unsigned long bytesPerPixel) {
-  if (!GrowTileBuffer(SizeProduct(bytesPerPixel, size[0], size[1]))) return false;
-  std::memset(tileBuffer, 0, tileBufferSize);
+  const long pixel = SignedSize(bytesPerPixel);
+  const std::optional<long> needed = BufferBytes(size[0], size[1], pixel, pixel);
+  if (!needed || !GrowTileBuffer(*needed)) return false;
+  ClearTileBuffer();
   return true;
 }
 
-bool TSuperTiledDibDataEnvelope::GrowTileBuffer(std::optional<long> bytes) {
-  long needed;
-  if (!bytes || __builtin_add_overflow(*bytes, kBufferSlack, &needed)) return false;
-  if (tileBufferSize >= static_cast<unsigned long>(needed)) return true;
+bool TSuperTiledDibDataEnvelope::GrowTileBuffer(long bytes) {
+  const auto needed = static_cast<unsigned long>(bytes);
+  if (tileBufferSize >= needed) return true;
   FreeTileBuffer();
   try {
-    tileBuffer = new unsigned char[static_cast<std::size_t>(needed)];
+    tileBuffer = new unsigned char[needed]();
   } catch (const std::bad_alloc&) {
     return false;
   }
-  tileBufferSize = static_cast<unsigned long>(needed);
+  tileBufferSize = needed;
   return true;
+}
+
+void TSuperTiledDibDataEnvelope::ClearTileBuffer() {
+  std::memset(tileBuffer, 0, tileBufferSize);
 }
 
 void TSuperTiledDibDataEnvelope::FreeTileBuffer() {

@@ -12,7 +12,6 @@
 #pragma once
 
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -123,11 +122,17 @@ class TRawDibData : public TPushbroomDibData<T> {
   void PurgeCache() override;
 
  protected:
-  bool GrowRowCache(unsigned long rowBytes);
-  bool ReadRows(const long* pos, const long* size, bool swapBytes);
-
   T* rowCache = nullptr;
   unsigned long rowCacheSize = 0;  ///< bytes
+
+ private:
+  friend class TRawWordDibData;
+
+  void Clear();
+  bool GrowRowCache(unsigned long rowBytes);
+  void FreeRowCache();
+  bool ReadRows(const long* pos, const long* size, bool swapBytes);
+  bool TryReadRows(const long* pos, const long* size, bool swapBytes, long* rows);
 };
 
 extern template class RAVELIN_EXPORT TPushbroomDibData<unsigned short>;
@@ -212,6 +217,9 @@ class RAVELIN_EXPORT TSeparateBandsDibData : public TBasePushbroomDibData {
               TKvProgressHandler* progress) override;
   /// Purges every band, in key order.
   void PurgeCache() override;
+
+ private:
+  bool Take(const std::map<int, var_a_legacy::var_a<TBasePushbroomDibData*>>& bands);
 };
 
 /// One super tile. Full-resolution pixels, columns from the left and rows from the top of the
@@ -260,10 +268,9 @@ class RAVELIN_EXPORT TSuperTiledDibDataEnvelope : public TBasePushbroomDibData {
 
   using TBasePushbroomDibData::GetRect;
   /// Blanks the request, then asks every tile that it touches for exactly its part and pastes it,
-  /// later tiles over earlier ones. After a tile that fails no later one is drawn, and the result
-  /// is
-  /// 2. Throws std::logic_error "@TPushbroomDibData<T>::GetRect - Invalid scale" for a level that
-  /// the raster does not have; exceptions of a tile's raster pass.
+  /// later tiles over earlier ones. After a tile that fails no later one is drawn, and 2 is
+  /// returned. Throws std::logic_error "@TPushbroomDibData<T>::GetRect - Invalid scale" for a level
+  /// that the raster does not have; exceptions of a tile's raster pass.
   int GetRect(const TKvDibDataOutBuffer& out, const TKvDibRect& rect,
               const TInterpolationQuality& quality, int param,
               TKvProgressHandler* progress) override;
@@ -283,7 +290,9 @@ class RAVELIN_EXPORT TSuperTiledDibDataEnvelope : public TBasePushbroomDibData {
   struct TStitching;
 
   bool DrawTile(const TSuperTileData& tile, const TStitching& work);
-  bool GrowTileBuffer(std::optional<long> bytes);
+  bool Take(const std::vector<TSuperTileData>& given, const TVisibleBandsOrder* order);
+  bool GrowTileBuffer(long bytes);
+  void ClearTileBuffer();
 };
 
 }  // namespace SatCommonUtils

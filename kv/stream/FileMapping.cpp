@@ -78,7 +78,7 @@ FileMapping::Result FileMapping::Copy(unsigned long offset, void* to,
 // foresee them. The row after next is fetched while this one is copied; fetching never faults.
 void FileMapping::LookAhead(unsigned long offset, unsigned long count) noexcept {
   constexpr unsigned long kLine = 64;
-  constexpr unsigned long kLongestRow = 4096;  // longer ones the processor follows by itself
+  constexpr unsigned long kLongestRow = 65536;  // more would push out what is still needed
   const unsigned long step = offset - previous_;
   const bool steady = step == step_;
   previous_ = offset;
