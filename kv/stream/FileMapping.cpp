@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <limits>
 
@@ -41,9 +42,11 @@ char* MapAligned(int file, unsigned long size, std::size_t alignment) {
 // A file that ends inside a page reads as zero bytes up to the end of the page, without a fault,
 // where a read from the file is short. If the file ends at or before the last byte copied, then
 // that byte and all behind it in its page are zero; so any other byte there proves that nothing is
-// missing, wherever else the range lies. Without such a byte only the file's size can tell.
-bool IsProvenWhole(const char* last, char lastCopied) {
-  if (lastCopied != 0) return true;
+// missing, wherever else the range lies. Without such a byte only the file's size can tell. The
+// mapping is asked, after the copy: what was copied may have been taken in any order, the last byte
+// before the file was cut and others after it.
+bool IsProvenWhole(const char* last) {
+  std::atomic_thread_fence(std::memory_order_acquire);
   const std::uintptr_t inPage = reinterpret_cast<std::uintptr_t>(last) % kPage;
   return BusGuard::HoldsNonZero(last, kPage - inPage);
 }
@@ -70,8 +73,7 @@ FileMapping::Result FileMapping::Copy(unsigned long offset, void* to,
                                       unsigned long count) noexcept {
   LookAhead(offset, count);
   if (!CopyGuarded(offset, to, count)) return kNotRead;
-  const char* const last = base_ + offset + count - 1;
-  return IsProvenWhole(last, static_cast<const char*>(to)[count - 1]) ? kCopied : kDoubt;
+  return IsProvenWhole(base_ + offset + count - 1) ? kCopied : kDoubt;
 }
 
 // The rows of a window lie a constant step apart, and in other pages: the processor does not
