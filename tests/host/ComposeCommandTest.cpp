@@ -189,7 +189,9 @@ TEST(ComposeCommand, ShowsProgressOnATerminalOnly) {
   folder.Write("a", LittleBytes({1, 2}));
   int terminal = -1;
   int side = -1;
-  ASSERT_EQ(openpty(&terminal, &side, nullptr, nullptr, nullptr), 0);
+  if (openpty(&terminal, &side, nullptr, nullptr, nullptr) != 0) {
+    GTEST_SKIP() << "There are no terminals to open here";
+  }
   const auto useTerminal = [&] { dup2(side, STDERR_FILENO); };
   EXPECT_EQ(RunCommand({"compose", "--size", "2x1", "--band", "1=a", "-o", "o.bip"}, folder.Path(),
                        useTerminal)
