@@ -10,7 +10,9 @@
 /// and the guard's SIGBUS handler is installed. The handler acts only on addresses of a read in
 /// progress on its own thread and passes everything else on to the handler that it found; a host
 /// that installs one of its own afterwards passes on what it does not know, too. A thread that
-/// blocks SIGBUS is served without mappings. Calls are not counted; a second one does nothing.
+/// blocks SIGBUS is served without mappings; whether it does is looked up at its first read and
+/// when a file is first read, so a thread must not block it in between. Calls are not counted; a
+/// second one does nothing.
 KV_EXPORT void Init_KvServices();
 
 /// Takes the services down and puts back the SIGBUS handler that was there before, unless somebody
