@@ -53,8 +53,8 @@ class FileMapping {
   char* base_ = nullptr;
   unsigned long size_ = 0;
   unsigned long previous_ = 1UL << 63;  // where the last copy began
-  unsigned long step_ = 0;      // how far behind the one before it
-  bool dense_ = false;          // copies have come at steps smaller than half a piece
+  unsigned long step_ = 0;              // how far behind the one before it
+  bool dense_ = false;                  // copies have come at steps smaller than half a piece
   unsigned shift_ = kNoPieces;
   unsigned long current_ = 0;  // the piece entered last
   // The pieces that may be resident: a ring, the oldest at oldest_ once it is full.
