@@ -21,7 +21,7 @@ constexpr Step kSteps[8] = {{-1, 0, kOne},      {1, 0, kOne},        {0, -1, kOn
                             {-1, 1, kDiagonal}, {1, 1, kDiagonal}};
 
 using Shore = std::pair<Fixed, std::uint32_t>;
-using Flood = std::priority_queue<Shore, std::vector<Shore>, std::greater<Shore>>;
+using Flood = std::priority_queue<Shore, std::vector<Shore>, std::greater<>>;
 
 /// A flood that rises from the sea; it reaches each cell over the lowest way there is.
 class RisingFlood {
