@@ -5,7 +5,7 @@
 #include <immintrin.h>
 #include <stddef.h>
 
-namespace {
+namespace {  // NOLINT(cert-dcl59-cpp): internal to the including file on purpose
 
 struct TAvx2 {
   using Vec = __m256i;

@@ -5,7 +5,7 @@
 #include <immintrin.h>
 #include <stddef.h>
 
-namespace {
+namespace {  // NOLINT(cert-dcl59-cpp): internal to the including file on purpose
 
 struct TSse41 {
   using Vec = __m128i;
