@@ -19,6 +19,13 @@ bool AllWords(const std::vector<TChannelSource>& sources, long outPixel) {
          });
 }
 
+/// Whether pixels or channels have no bytes; then the number of rows has no limit either.
+bool NothingToCopy(const std::vector<TChannelSource>& sources, long outPixel) {
+  return outPixel < 1 ||
+         std::all_of(sources.begin(), sources.end(),
+                     [](const TChannelSource& source) { return source.bytesPerPixel < 1; });
+}
+
 /// Copies one channel's pixels into their place; never beyond the destination pixel.
 void CopyChannel(unsigned char* to, const unsigned char* from, long bytesPerPixel, long offset,
                  long outPixel, long pixels) {
@@ -50,10 +57,11 @@ void WriteRow(unsigned char* to, const std::vector<TChannelSource>& sources,
 
 void Interleave(const std::vector<TChannelSource>& sources, unsigned char* to, long stride,
                 long width, long height, long outPixel, TCursors* cursors) {
+  if (NothingToCopy(sources, outPixel)) return;
   const bool words = AllWords(sources, outPixel);
   for (std::size_t k = 0; k < sources.size(); ++k) (*cursors)[k] = sources[k].rows.bottom;
-  for (long row = 0; row < height; ++row, to += stride) {
-    WriteRow(to, sources, *cursors, outPixel, width, words);
+  for (long row = 0; row < height; ++row) {
+    WriteRow(to + row * stride, sources, *cursors, outPixel, width, words);
     for (std::size_t k = 0; k < sources.size(); ++k) (*cursors)[k] += sources[k].rows.step;
   }
 }

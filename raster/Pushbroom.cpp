@@ -68,8 +68,8 @@ int TPushbroomDibData<T>::GetRect(const TKvDibDataOutBuffer& out, const TKvDibRe
   if (to == nullptr) return kvDibNothing;
   if (*rowSamples == 0) return kvDibWritten;
   const auto rowBytes = static_cast<std::size_t>(*rowSamples * sampleBytes);
-  for (long row = inner.h - 1; row >= 0; --row, to += out.stride) {
-    std::memcpy(to, readBuffer + row * *rowSamples, rowBytes);
+  for (long row = 0; row < inner.h; ++row) {
+    std::memcpy(to + row * out.stride, readBuffer + (inner.h - 1 - row) * *rowSamples, rowBytes);
   }
   return kvDibWritten;
 }

@@ -1,5 +1,7 @@
 #include "raster/RequestMath.h"
 
+#include <cstdint>
+
 namespace SatCommonUtils {
 
 std::optional<TInnerPart> CutToRaster(const TKvDibRectI& request, long width, long height) {
@@ -14,11 +16,12 @@ std::optional<TInnerPart> CutToRaster(const TKvDibRectI& request, long width, lo
 
 std::optional<long> BufferBytes(long pixels, long rows, long bytesPerPixel, long writtenPerPixel) {
   constexpr long kSlack = 4;
+  if (bytesPerPixel < 0) return std::nullopt;
   const std::optional<long> packed = SizeProduct(pixels, rows, bytesPerPixel);
   const std::optional<long> excess =
       SizeProduct(pixels, std::max(writtenPerPixel, bytesPerPixel) - bytesPerPixel);
   long bytes;
-  if (bytesPerPixel < 0 || !packed || !excess || __builtin_add_overflow(*packed, *excess, &bytes) ||
+  if (!packed || !excess || __builtin_add_overflow(*packed, *excess, &bytes) ||
       __builtin_add_overflow(bytes, kSlack, &bytes)) {
     return std::nullopt;
   }
@@ -26,11 +29,15 @@ std::optional<long> BufferBytes(long pixels, long rows, long bytesPerPixel, long
 }
 
 unsigned char* PixelAddress(const TKvDibDataOutBuffer& out, long x, long y, long bytesPerPixel) {
+  constexpr std::uintptr_t kAddressSpace = 1UL << 56;
   long column;
   long row;
   long offset;
+  std::uintptr_t address;
   if (__builtin_mul_overflow(x, bytesPerPixel, &column) ||
-      __builtin_mul_overflow(y, out.stride, &row) || __builtin_add_overflow(column, row, &offset)) {
+      __builtin_mul_overflow(y, out.stride, &row) || __builtin_add_overflow(column, row, &offset) ||
+      __builtin_add_overflow(reinterpret_cast<std::uintptr_t>(out.data), offset, &address) ||
+      address > kAddressSpace) {
     return nullptr;
   }
   return out.data + offset;

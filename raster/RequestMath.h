@@ -21,7 +21,8 @@ inline long SaturatedDifference(long a, long b) {
   return b < 0 ? std::numeric_limits<long>::max() : std::numeric_limits<long>::min();
 }
 
-/// The product of sizes; empty when one is negative or the product leaves the range of long.
+/// The product of sizes; empty when one is negative or the product of the first few
+/// leaves the range of long.
 template <class... Sizes>
 std::optional<long> SizeProduct(Sizes... sizes) {
   long product = 1;

@@ -83,10 +83,12 @@ struct TSuperTiledDibDataEnvelope::TStitching {
   /// Copies the rows of a tile's part to their place; never beyond the tile's own row.
   void Paste(const TPixelRows& rows, const TTopDownRect& at, long tileRowBytes) const {
     const long columns = at.right - at.left + 1;
+    const auto bytes = static_cast<std::size_t>(std::min(columns * bytesPerPixel, tileRowBytes));
+    // Rows without bytes have no limit to their number, nor to where they would lie.
+    if (bytes == 0) return;
     const long firstRow = levelHeight - 1 - at.bottom - request.y;
     unsigned char* to = PixelAddress(out, at.left - request.x, firstRow, bytesPerPixel);
     const unsigned char* from = rows.bottom;
-    const auto bytes = static_cast<std::size_t>(std::min(columns * bytesPerPixel, tileRowBytes));
     for (long row = at.top; row <= at.bottom; ++row, to += out.stride, from += rows.step) {
       std::memcpy(to, from, bytes);
     }

@@ -339,6 +339,28 @@ TEST_F(PushbroomTest, ANegativeStrideGoesDownInMemory) {
   ExpectServed(2, -50, -1, -2, 10, 9);
 }
 
+TEST_F(PushbroomTest, ARequestOfOneRowTakesAnyStride) {
+  ScriptedBand band(8, 6);
+  Output expected(1, 16);
+  const TKvDibRect rect = Request(0, 2, 8, 1);
+  ASSERT_EQ(band.GetRect(expected.Buffer(), rect, iqNearest, 0, nullptr), 3);
+  for (long stride : {std::numeric_limits<long>::min(), std::numeric_limits<long>::max()}) {
+    Output out(1, 16);
+    EXPECT_EQ(band.GetRect({out.Buffer().data, stride}, rect, iqNearest, 0, nullptr), 3);
+    EXPECT_EQ(out.bytes, expected.bytes);
+  }
+}
+
+TEST_F(PushbroomTest, AStrideThatLeadsBeyondAnyAddressGivesNothingWritten) {
+  ScriptedBand band(8, 6);
+  for (long stride : {std::numeric_limits<long>::min(), std::numeric_limits<long>::max()}) {
+    Output out(1, 16);
+    EXPECT_EQ(
+        band.GetRect({out.Buffer().data, stride}, Request(0, -1, 8, 2), iqNearest, 0, nullptr), 2);
+    EXPECT_TRUE(out.Untouched());
+  }
+}
+
 TEST_F(PushbroomTest, SamplesAreCopiedAsTheyAreWhateverTheChannelKindsSay) {
   ScriptedBand band(8, 6);
   band.channels.kinds = {6, 4, 3};

@@ -9,6 +9,7 @@
 
 namespace {
 
+using raster_test::AllocationFailure;
 using raster_test::ArrayLimit;
 using raster_test::ArrayLog;
 using raster_test::Output;
@@ -660,6 +661,52 @@ TEST_F(RawBandTest, AReadBeyondWhatTheReadBufferHoldsStaysInsideIt) {
   ASSERT_TRUE(Alloc(0, 0, 2, 1));
   Read(0, 0, 4, 4);
   EXPECT_EQ(band.readBufferSize, 2);
+}
+
+TEST_F(RawBandTest, AnyAllocationThatFailsInASetupLeavesTheReaderEmpty) {
+  bool taken = false;
+  long n = 0;
+  for (; !taken && n < 20; ++n) {
+    OpenRawWord fresh;
+    bool happened = false;
+    {
+      AllocationFailure failure(n);
+      taken = fresh.Setup(reference, 7, 5, kLittle);
+      happened = failure.Happened();
+    }
+    EXPECT_NE(taken, happened);
+    if (taken) continue;
+    EXPECT_FALSE(fresh.stream);
+    EXPECT_EQ(reference.use_count(), 1);
+    EXPECT_EQ(fresh.width, 0);
+    EXPECT_EQ(fresh.height, 0);
+    EXPECT_EQ(fresh.bandsCount, 0);
+    EXPECT_TRUE(fresh.channels.kinds.empty());
+    EXPECT_EQ(fresh.GetAllLevels(nullptr), 0u);
+    EXPECT_EQ(fresh.readBuffer, nullptr);
+    EXPECT_EQ(fresh.rowCache, nullptr);
+  }
+  EXPECT_TRUE(taken);
+  EXPECT_EQ(n, 3);
+}
+
+TEST_F(RawBandTest, AnyAllocationThatFailsInARequestGivesTwo) {
+  reference = StreamReference(new TKvMemoryStream(std::string(70, 'x')));
+  int result = 2;
+  long n = 0;
+  for (; result == 2 && n < 20; ++n) {
+    OpenRawWord fresh;
+    ASSERT_TRUE(fresh.Setup(reference, 7, 5, kLittle));
+    Output out(5, 14);
+    const TKvDibDataOutBuffer buffer = out.Buffer();
+    {
+      AllocationFailure failure(n);
+      result = fresh.GetRect(buffer, Request(0, 0, 7, 5), iqNearest, 0, nullptr);
+    }
+    EXPECT_EQ(out.Untouched(), result == 2);
+  }
+  EXPECT_EQ(result, 3);
+  EXPECT_EQ(n, 3);
 }
 
 TEST_F(RawBandTest, ABandsCountThatDoesNotMatchTheKindsStaysInsideTheBuffers) {

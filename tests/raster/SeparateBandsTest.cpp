@@ -559,6 +559,90 @@ TEST_F(SeparateBandsTest, AnyAllocationThatFailsGivesNothingWritten) {
   EXPECT_GE(failures, 3);
 }
 
+TEST_F(SeparateBandsTest, AnyAllocationThatFailsInASetupLeavesTheCompositorEmpty) {
+  for (int key : {3, 4, 6, 9}) Add(key);
+  bool taken = false;
+  long n = 0;
+  for (; !taken && n < 100; ++n) {
+    ASSERT_TRUE(compositor.Setup(bands));
+    bool happened = false;
+    {
+      AllocationFailure failure(n);
+      taken = compositor.Setup(bands);
+      happened = failure.Happened();
+    }
+    EXPECT_NE(taken, happened);
+    if (taken) continue;
+    ExpectEmpty();
+    EXPECT_EQ(bands[3].use_count(), 1);
+  }
+  EXPECT_TRUE(taken);
+  EXPECT_GE(n, 10);
+}
+
+/// Counts how often its level bounds are reset.
+class CountingCompositor : public TSeparateBandsDibData {
+ public:
+  void ResetLevelBounds() override {
+    ++resets;
+    TSeparateBandsDibData::ResetLevelBounds();
+  }
+  int resets = 0;
+};
+
+TEST_F(SeparateBandsTest, ASetupResetsOnceAndOnceMoreWhenItFails) {
+  CountingCompositor counting;
+  Add(1);
+  EXPECT_TRUE(counting.Setup(bands));
+  EXPECT_EQ(counting.resets, 1);
+  counting.resets = 0;
+  EXPECT_FALSE(counting.Setup({}));
+  EXPECT_EQ(counting.resets, 2);
+  counting.resets = 0;
+  Add(2, 9, 6);
+  EXPECT_FALSE(counting.Setup(bands));
+  EXPECT_EQ(counting.resets, 2);
+}
+
+/// One row after the other would take weeks.
+TEST_F(SeparateBandsTest, AnyNumberOfRowsWithoutAByteIsComposedAtOnce) {
+  constexpr long kRows = 1000000000000000;
+  for (int key : {1, 2}) Add(key, 4, kRows, 0)->paint = nullptr;
+  ASSERT_TRUE(compositor.Setup(bands));
+  unsigned char byte = Output::kGuard;
+  EXPECT_EQ(compositor.GetRect({&byte, 0}, Request(0, 0, 4, static_cast<double>(kRows)), iqNearest,
+                               0, nullptr),
+            3);
+  EXPECT_EQ(byte, Output::kGuard);
+}
+
+TEST_F(SeparateBandsTest, ARequestOfOneRowTakesAnyStride) {
+  Add(1);
+  Add(2);
+  ASSERT_TRUE(compositor.Setup(bands));
+  Output expected(1, 32);
+  ASSERT_EQ(Get(expected, Request(0, 2, 8, 1)), 3);
+  for (long stride : {std::numeric_limits<long>::min(), std::numeric_limits<long>::max()}) {
+    Output out(1, 32);
+    EXPECT_EQ(
+        compositor.GetRect({out.Buffer().data, stride}, Request(0, 2, 8, 1), iqNearest, 0, nullptr),
+        3);
+    EXPECT_EQ(out.bytes, expected.bytes);
+  }
+}
+
+TEST_F(SeparateBandsTest, AStrideThatLeadsBeyondAnyAddressGivesNothingWritten) {
+  Add(1);
+  ASSERT_TRUE(compositor.Setup(bands));
+  for (long stride : {std::numeric_limits<long>::min(), std::numeric_limits<long>::max()}) {
+    Output out(1, 32);
+    EXPECT_EQ(compositor.GetRect({out.Buffer().data, stride}, Request(0, -1, 8, 2), iqNearest, 0,
+                                 nullptr),
+              2);
+    EXPECT_TRUE(out.Untouched());
+  }
+}
+
 TEST_F(SeparateBandsTest, ChannelsAreInterleavedPixelByPixel) {
   for (int key : {3, 4, 6, 7}) Add(key);
   ASSERT_TRUE(compositor.Setup(bands));

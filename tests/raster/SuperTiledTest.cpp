@@ -797,6 +797,102 @@ TEST_F(SuperTiledTest, ATileWhoseRasterWasTakenAwayAfterTheSetupDoesNoHarm) {
   }
 }
 
+/// One row after the other would take weeks.
+TEST_F(SuperTiledTest, AnyNumberOfRowsWithoutAByteIsDrawnAtOnce) {
+  constexpr long kRows = 1000000000000000;
+  for (long stride : {0L, 1L << 40, -(1L << 40)}) {
+    tiles.clear();
+    MockBand* band = Add(0, 0, 3, kRows - 1, 7);
+    band->paint = nullptr;
+    ASSERT_TRUE(raster.Setup(tiles, nullptr));
+    raster.channels.kinds.clear();
+    band->channels.kinds.clear();
+    unsigned char byte = Output::kGuard;
+    EXPECT_EQ(raster.GetRect({&byte, stride}, Request(0, 0, 4, static_cast<double>(kRows)),
+                             iqNearest, 0, nullptr),
+              3);
+    EXPECT_EQ(byte, Output::kGuard);
+    EXPECT_EQ(band->calls.size(), 1u);
+  }
+}
+
+TEST_F(SuperTiledTest, ATileOfManyRowsWithoutAByteLeavesRowsInOnePlaceBlank) {
+  constexpr long kRows = 1000000000000000;
+  MockBand* band = Add(0, 0, 3, kRows - 1, 7);
+  band->paint = nullptr;
+  ASSERT_TRUE(raster.Setup(tiles, nullptr));
+  band->channels.kinds.clear();
+  unsigned char row[] = {9, 9, 9, 9, 9, 9, 9, 9, 9};
+  EXPECT_EQ(
+      raster.GetRect({row, 0}, Request(0, 0, 4, static_cast<double>(kRows)), iqNearest, 0, nullptr),
+      3);
+  EXPECT_THAT(row, ElementsAre(0, 0, 0, 0, 0, 0, 0, 0, 9));
+}
+
+/// Counts how often its level bounds are reset.
+class CountingSuperTiled : public OpenSuperTiled {
+ public:
+  void ResetLevelBounds() override {
+    ++resets;
+    OpenSuperTiled::ResetLevelBounds();
+  }
+  int resets = 0;
+};
+
+TEST_F(SuperTiledTest, ASetupResetsOnceAndOnceMoreWhenItFails) {
+  CountingSuperTiled counting;
+  Add(0, 0, 9, 9, 1);
+  EXPECT_TRUE(counting.Setup(tiles, nullptr));
+  EXPECT_EQ(counting.resets, 1);
+  counting.resets = 0;
+  EXPECT_FALSE(counting.Setup({}, nullptr));
+  EXPECT_EQ(counting.resets, 2);
+  counting.resets = 0;
+  Add(10, 0, 19, 9, 1, {1, 1});
+  EXPECT_FALSE(counting.Setup(tiles, nullptr));
+  EXPECT_EQ(counting.resets, 2);
+}
+
+TEST_F(SuperTiledTest, AnyAllocationThatFailsInASetupLeavesTheRasterEmpty) {
+  Add(0, 0, 9, 9, 1, {1, 1, 1}, 3);
+  Add(10, 0, 19, 9, 1, {1, 1, 1}, 3);
+  tiles[1].fileName = "a name that is too long for the text itself";
+  const TVisibleBandsOrder order = {2, 1, 0};
+  for (const TVisibleBandsOrder* given :
+       {static_cast<const TVisibleBandsOrder*>(nullptr), &order}) {
+    bool taken = false;
+    long n = 0;
+    for (; !taken && n < 100; ++n) {
+      ASSERT_TRUE(raster.Setup(tiles, given));
+      bool happened = false;
+      {
+        AllocationFailure failure(n);
+        taken = raster.Setup(tiles, given);
+        happened = failure.Happened();
+      }
+      EXPECT_NE(taken, happened);
+      if (taken) continue;
+      ExpectEmpty();
+      EXPECT_EQ(tiles[0].raster.use_count(), 1);
+    }
+    EXPECT_TRUE(taken);
+    EXPECT_GE(n, 4);
+  }
+}
+
+TEST_F(SuperTiledTest, MoreLevelsThanAnyListHoldsAreRefused) {
+  class Boasting : public MockBand {
+   public:
+    using MockBand::MockBand;
+    unsigned long GetAllLevels(std::vector<TKvDibRect>*) const override {
+      return std::numeric_limits<unsigned long>::max();
+    }
+  };
+  tiles.push_back({0, 0, 9, 9, 0, 0, BandReference(new Boasting(10, 10, 2, {1})), ""});
+  EXPECT_FALSE(raster.Setup(tiles, nullptr));
+  ExpectEmpty();
+}
+
 TEST_F(SuperTiledTest, EdgesAtTheEndsOfTheRangeStayInsideTheBuffers) {
   const long least = std::numeric_limits<long>::min();
   const long greatest = std::numeric_limits<long>::max();
