@@ -44,7 +44,8 @@ char* MapAligned(int file, unsigned long size, std::size_t alignment) {
 // that byte and all behind it in its page are zero; so any other byte there proves that nothing is
 // missing, wherever else the range lies. Without such a byte only the file's size can tell. The
 // mapping is asked, after the copy: what was copied may have been taken in any order, the last byte
-// before the file was cut and others after it.
+// before the file was cut and others after it. While a cut is being made its zeros may not have
+// reached that byte yet; only a system call a read would close this moment.
 bool IsProvenWhole(const char* last) {
   std::atomic_thread_fence(std::memory_order_acquire);
   const std::uintptr_t inPage = reinterpret_cast<std::uintptr_t>(last) % kPage;

@@ -63,8 +63,9 @@ class KV_EXPORT TKvStream {
 /// Reading: between Init_KvServices and Deinit_KvServices a file is served from a read-only mapping
 /// that is made when it is opened or first read, so a read costs no system call; at most 64 MiB of
 /// it stay resident. Otherwise, for pipes and special files, and for bytes beyond the size that the
-/// file had when it was opened, a read is one system call. A file that is cut short or fails while
-/// it is read makes Read short and raises no signal in the host.
+/// file had when it was opened, a read is one system call. A file that was cut short or fails makes
+/// Read short and raises no signal in the host; what a cut takes away at the very moment of a read
+/// may come as zero bytes.
 /// Writing is not buffered: a full disk is reported by the call that met it. A file written cannot
 /// be read through the same stream, nor the other way round.
 ///
