@@ -1,0 +1,41 @@
+// Buffered output to a stream that knows when something was lost.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "Kv/Stream.h"
+#include "Kv/VarA.h"
+
+namespace kv {
+
+/// Collects up to 64 KiB before it writes. Once a write fell short, nothing more is given to the
+/// stream. Nothing throws.
+class OutputBuffer {
+ public:
+  explicit OutputBuffer(var_a_legacy::var_a<TKvStream*> stream);
+
+  void Append(std::string_view text);
+  void Append(char c) { Append(std::string_view(&c, 1)); }
+  void Flush();
+
+  bool HasFailed() const { return hasFailed_; }
+  /// What was lost, in words.
+  std::string Failure() const;
+
+ private:
+  void Send(std::string_view text);
+
+  static constexpr std::size_t kCapacity = std::size_t{64} << 10U;
+
+  var_a_legacy::var_a<TKvStream*> stream_;
+  std::array<char, kCapacity> buffer_;
+  std::size_t used_ = 0;
+  std::size_t wanted_ = 0;
+  std::size_t taken_ = 0;
+  bool hasFailed_ = false;
+};
+
+}  // namespace kv

@@ -1,0 +1,34 @@
+#include "xml/StreamBytes.h"
+
+#include <algorithm>
+#include <new>
+
+#include "Kv/Stream.h"
+
+namespace kv {
+
+StreamBytes::StreamBytes(TKvStream& stream) {
+  constexpr std::size_t kLeast = std::size_t{64} << 10U;
+  constexpr std::size_t kMost = std::size_t{1} << 20U;
+  stream.SetPos(0);
+  // One byte more than the size, so that a stream that states it rightly is read in one piece.
+  std::size_t capacity = std::clamp<std::size_t>(stream.getSize(), kLeast, kMost - 1) + 1;
+  for (;;) {
+    Grow(capacity);
+    const std::size_t wanted = capacity - size_;
+    const std::size_t got =
+        std::min<std::size_t>(stream.Read(bytes_.get() + size_, wanted), wanted);
+    if (got == 0) return;
+    size_ += got;
+    if (size_ == capacity) capacity *= 2;
+  }
+}
+
+void StreamBytes::Grow(std::size_t capacity) {
+  char* grown = static_cast<char*>(std::realloc(bytes_.get(), capacity));
+  if (grown == nullptr) throw std::bad_alloc();
+  bytes_.release();
+  bytes_.reset(grown);
+}
+
+}  // namespace kv
