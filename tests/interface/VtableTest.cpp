@@ -96,6 +96,20 @@ const Slots kStreamOperations = {
     "Purge()",
 };
 
+const std::string kText =
+    "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >";
+
+/// The last two are the hooks that the operations that are not virtual call.
+const Slots kXIniWriterOperations = {
+    "destructor",
+    "deleting destructor",
+    "EndSection(unsigned long)",
+    "SetAttributeMode(bool)",
+    "ReportWriteError()",
+    "WriteItemText(" + kText + " const&, std::basic_string_view<char, std::char_traits<char> >)",
+    "OpenSection(" + kText + " const&, bool)",
+};
+
 /// Compares the slots of a class with each operation and the class that supplies it; "" for a pure
 /// one. The destructors of an abstract class are never called through its vtable, so g++ leaves
 /// their slots empty.
@@ -195,6 +209,31 @@ TEST(VtableTest, TheProgressHandlerHasItsSlotsInOrder) {
               {"destructor", "deleting destructor", "NeedsService()", "Service()", "Start(bool)",
                "Step(unsigned long)", "Stop()"},
               {H, H, pure, pure, H, H, H});
+}
+
+TEST(VtableTest, TheXIniWriterHasItsSlotsInOrder) {
+  const std::string X = "TKvXIniWriter";
+  ExpectSlots("_ZTV13TKvXIniWriter", kXIniWriterOperations, Slots(7, X));
+}
+
+TEST(VtableTest, TheXIniStreamWriterKeepsTheSlotsOfTheWriter) {
+  const std::string X = "TKvXIniStreamWriter";
+  ExpectSlots("_ZTV19TKvXIniStreamWriter", kXIniWriterOperations, Slots(7, X));
+}
+
+TEST(VtableTest, TheXIniReaderHasItsSlotsInOrder) {
+  const std::string X = "TKvXIniReader";
+  ExpectSlots(
+      "_ZTV13TKvXIniReader",
+      {"destructor", "deleting destructor", "EnterItem(unsigned long)",
+       "HasItem(unsigned long) const", "GetItemCount() const", "LeaveSection(unsigned long)"},
+      Slots(6, X));
+}
+
+TEST(VtableTest, TheXmlItemHasItsSlotsInOrder) {
+  const std::string X = "TKvXmlItem";
+  ExpectSlots("_ZTV10TKvXmlItem", {"destructor", "deleting destructor", "Element() const"},
+              Slots(3, X));
 }
 
 TEST(VtableTest, AnObjectStartsWithThePointerToItsExportedVtable) {

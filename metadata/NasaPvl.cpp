@@ -1,0 +1,12 @@
+#include <utility>
+
+#include "SatCommonUtils/Metadata.h"
+#include "metadata/PvlConverter.h"
+
+namespace SatCommonUtils {
+
+bool NASA_PVLtoXML(var_a_legacy::var_a<TKvStream*> in, var_a_legacy::var_a<TKvStream*> out) {
+  return ConvertPvl(std::move(in), std::move(out), {"GROUP", ";\n", false});
+}
+
+}  // namespace SatCommonUtils

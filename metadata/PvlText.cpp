@@ -1,0 +1,58 @@
+#include "metadata/PvlText.h"
+
+#include <utility>
+
+namespace SatCommonUtils {
+namespace {
+
+bool IsTrimmed(char c) {
+  return TPvlText::IsWhite(c) || c == '\v' || c == '\f';
+}
+
+}  // namespace
+
+TPvlText::TPvlText(std::string text) : text_(std::move(text)) {}
+
+std::size_t TPvlText::SkipWhite(std::size_t pos) {
+  if (white_ < pos) white_ = pos;
+  while (white_ < Size() && IsWhite(text_[white_])) ++white_;
+  return white_ < Size() ? white_ : pos;
+}
+
+std::size_t TPvlText::FindEquals(std::size_t pos) {
+  if (equals_ == std::string::npos) return equals_;
+  if (equals_ < pos || text_[equals_] != '=') equals_ = text_.find('=', pos);
+  return equals_;
+}
+
+std::size_t TPvlText::SkipTrimmed(std::size_t pos) {
+  if (pos < trimmedFrom_ || pos >= trimmed_) {
+    trimmedFrom_ = pos;
+    trimmed_ = pos;
+    while (trimmed_ < Size() && IsTrimmed(text_[trimmed_])) ++trimmed_;
+  }
+  return trimmed_;
+}
+
+bool TPvlText::MayEnd(std::size_t pos) {
+  if (!endsKnown_) return true;
+  for (; quotes_ < pos; ++quotes_) {
+    if (TogglesQuotes(quotes_)) odd_ = !odd_;
+  }
+  return pos < afterLast_[odd_ ? 1 : 0];
+}
+
+// Whether a quote toggles does not depend on where a value starts. So for all values that start
+// behind an even number of quotes, the last ';' behind an even number is the last that can end one;
+// the same for odd numbers.
+void TPvlText::LookForEnds() {
+  if (endsKnown_) return;
+  endsKnown_ = true;
+  bool odd = false;
+  for (std::size_t pos = 0; pos < Size(); ++pos) {
+    if (text_[pos] == ';') afterLast_[odd ? 1 : 0] = pos + 1;
+    if (TogglesQuotes(pos)) odd = !odd;
+  }
+}
+
+}  // namespace SatCommonUtils

@@ -1,0 +1,52 @@
+// A PVL text while it is scanned from front to back.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace SatCommonUtils {
+
+/// Answers the questions that scanning asks again and again about what lies ahead. Positions that
+/// are asked for must not go back; all questions of one text together then take time linear in it,
+/// also when an answer lies far ahead of many positions, or nowhere.
+class TPvlText {
+ public:
+  explicit TPvlText(std::string text);
+
+  const std::string& Text() const { return text_; }
+  std::size_t Size() const { return text_.size(); }
+  char operator[](std::size_t pos) const { return text_[pos]; }
+
+  /// Space, tab, CR or LF: no other character is white space here.
+  static bool IsWhite(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+  /// The first character at or after `pos` that is no white space; `pos` when there is none.
+  std::size_t SkipWhite(std::size_t pos);
+  /// The first '=' at or after `pos`; npos when there is none.
+  std::size_t FindEquals(std::size_t pos);
+  /// The first character at or after `pos` that trim keeps; the size when there is none.
+  std::size_t SkipTrimmed(std::size_t pos);
+  /// Whether a ';' outside quotes may follow for a value that starts, outside quotes, at `pos`.
+  /// Always true until a value has been found not to end; exact from then on.
+  bool MayEnd(std::size_t pos);
+  /// To be called when a value has run to the end of the text: looks once for where values can end.
+  void LookForEnds();
+
+ private:
+  bool TogglesQuotes(std::size_t pos) const {
+    return text_[pos] == '"' && (pos == 0 || text_[pos - 1] != '\\');
+  }
+
+  std::string text_;
+  std::size_t white_ = 0;        ///< where the search for other characters has come to
+  std::size_t equals_ = 0;       ///< the same for '='
+  std::size_t trimmed_ = 0;      ///< the end of the run looked at last
+  std::size_t trimmedFrom_ = 0;  ///< its beginning
+  bool endsKnown_ = false;       ///< whether the members below count
+  std::size_t quotes_ = 0;       ///< how far quotes have been counted
+  bool odd_ = false;             ///< whether their number is odd
+  /// The last ';' with an even and with an odd number of quotes before it, plus one; 0 when none.
+  std::size_t afterLast_[2] = {0, 0};
+};
+
+}  // namespace SatCommonUtils
