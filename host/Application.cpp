@@ -13,6 +13,7 @@
 #include "host/Interrupt.h"
 #include "host/SampleCommand.h"
 #include "host/StitchCommand.h"
+#include "host/XmlCommand.h"
 
 namespace ravelin {
 namespace {
@@ -45,6 +46,7 @@ void AddCommands(CLI::App& app) {
   AddComposeCommand(app);
   AddStitchCommand(app);
   AddInfoCommand(app);
+  AddXmlCommand(app);
 }
 
 int Report(const std::string& message, ExitCode code) {
@@ -54,14 +56,18 @@ int Report(const std::string& message, ExitCode code) {
 
 int ReportParse(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(error);
-  const std::vector<CLI::App*> commands = app.get_subcommands();
-  const std::vector<std::string> unknown = app.remaining();
-  if (commands.empty() && !unknown.empty()) {
-    return Report("'" + unknown.front() + "' is not known; see ravelin --help", kExitWrongUse);
+  const CLI::App* command = &app;
+  std::string help = "; see ravelin ";
+  while (!command->get_subcommands().empty()) {
+    command = command->get_subcommands().front();
+    help += command->get_name() + " ";
   }
-  std::string help = "ravelin ";
-  for (const CLI::App* command : commands) help += command->get_name() + " ";
-  return Report(std::string(error.what()) + "; see " + help + "--help", kExitWrongUse);
+  help += "--help";
+  const std::vector<std::string> unknown = command->remaining();
+  if (command->get_require_subcommand_min() > 0 && !unknown.empty()) {
+    return Report("'" + unknown.front() + "' is not known" + help, kExitWrongUse);
+  }
+  return Report(error.what() + help, kExitWrongUse);
 }
 
 }  // namespace

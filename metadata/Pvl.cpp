@@ -6,7 +6,13 @@
 namespace SatCommonUtils {
 
 bool PVLtoXML(var_a_legacy::var_a<TKvStream*> in, var_a_legacy::var_a<TKvStream*> out) {
-  return ConvertPvl(std::move(in), std::move(out), {"BEGIN_GROUP", "\n", true});
+  return PVLtoXML(std::move(in), std::move(out), nullptr);
+}
+
+bool PVLtoXML(var_a_legacy::var_a<TKvStream*> in, var_a_legacy::var_a<TKvStream*> out,
+              TPvlFailure* failure) {
+  return ConvertPvl(std::move(in), std::move(out),
+                    {"BEGIN_GROUP", "\n", true, "END is not followed by ';'"}, failure);
 }
 
 }  // namespace SatCommonUtils

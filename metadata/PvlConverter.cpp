@@ -4,23 +4,13 @@
 #include <utility>
 
 #include "Kv/Text.h"
+#include "metadata/PvlInput.h"
 #include "metadata/PvlScanner.h"
 
 namespace SatCommonUtils {
 namespace {
 
-/// The whole input, every line followed by `lineEnd`. A line ends at a NUL byte; one longer than
-/// the buffer comes as several.
-std::string ReadLines(TKvStream& in, const char* lineEnd) {
-  std::string text;
-  char line[1024];
-  in.SetPos(0);
-  while (!in.Eof()) {
-    if (in.ReadLine(line, sizeof line) == 0) continue;
-    text.append(line).append(lineEnd);
-  }
-  return text;
-}
+constexpr const char* kNotWritten = "the output could not be written";
 
 bool IsWordCharacter(char c) {
   return c == '_' || std::isalnum(static_cast<unsigned char>(c)) != 0;
@@ -39,8 +29,8 @@ std::string Join(const std::vector<std::string>& items) {
 /// One text on its way through the statement loop.
 class TPvlConversion {
  public:
-  TPvlConversion(std::string text, TKvXIniStreamWriter& writer, const char* groupKeyword)
-      : text_(std::move(text)), writer_(writer), groupKeyword_(groupKeyword) {}
+  TPvlConversion(std::string text, TKvXIniStreamWriter& writer, const TPvlDialect& dialect)
+      : text_(std::move(text)), writer_(writer), dialect_(dialect) {}
 
   bool Run() {
     bool result = true;
@@ -48,18 +38,30 @@ class TPvlConversion {
     return result;
   }
 
+  const std::string& Text() const { return text_.Text(); }
+  /// Where the statement that was taken last begins.
+  std::size_t Statement() const { return statement_; }
+  /// Why a statement failed.
+  const std::string& Reason() const { return reason_; }
+
  private:
   bool TakeStatement() {
-    if (TakeKeyword(groupKeyword_)) return BeginGroup();
+    pos_ = text_.SkipWhite(pos_);
+    statement_ = pos_;
+    if (TakeKeyword(dialect_.groupKeyword)) return BeginGroup();
     if (TakeKeyword("END_GROUP")) return EndGroup();
     if (TakeKeyword("END")) return End();
     return TakeVariable();
   }
 
-  /// Whether the keyword stands at the next character that is no white space, with a character
-  /// behind it that cannot belong to a word.
+  bool Fail(std::string reason) {
+    reason_ = std::move(reason);
+    return false;
+  }
+  bool Written(bool result) { return result || Fail(kNotWritten); }
+
+  /// Whether the keyword stands here, with a character behind it that cannot belong to a word.
   bool TakeKeyword(std::string_view keyword) {
-    pos_ = text_.SkipWhite(pos_);
     const std::size_t behind = pos_ + keyword.size();
     if (behind >= text_.Size() || text_.Text().compare(pos_, keyword.size(), keyword) != 0 ||
         IsWordCharacter(text_[behind])) {
@@ -81,9 +83,9 @@ class TPvlConversion {
 
   bool BeginGroup() {
     std::string name;
-    if (!TakeGroupName(&name)) return false;
+    if (!TakeGroupName(&name)) return Fail(dialect_.groupKeyword + std::string(" without '='"));
     const unsigned long section = writer_.BeginSectionS(name);
-    if (section == 0) return false;
+    if (section == 0) return Fail(kNotWritten);
     groups_.push_back({section, std::move(name)});
     return true;
   }
@@ -91,17 +93,22 @@ class TPvlConversion {
   /// Closes the innermost group only, and only by its own name.
   bool EndGroup() {
     std::string name;
-    if (!TakeGroupName(&name) || groups_.empty() || groups_.back().name != name) return false;
+    if (!TakeGroupName(&name)) return Fail("END_GROUP without '='");
+    if (groups_.empty()) return Fail("END_GROUP without an open group");
+    if (groups_.back().name != name) {
+      return Fail("END_GROUP = '" + name + "' does not name the innermost open group '" +
+                  groups_.back().name + "'");
+    }
     const bool result = writer_.EndSection(groups_.back().section);
     groups_.pop_back();
-    return result;
+    return Written(result);
   }
 
   /// Whatever follows is never read.
   bool End() {
     ended_ = true;
     pos_ = text_.SkipWhite(pos_);
-    return text_[pos_] == ';';
+    return text_[pos_] == ';' || Fail(dialect_.malformedEnd);
   }
 
   bool TakeVariable() {
@@ -110,35 +117,58 @@ class TPvlConversion {
       pos_ = lineEnd == std::string::npos ? text_.Size() : lineEnd + 1;
       return true;
     }
-    return writer_.WriteS(name_, unpack_array(value_, &items_) ? Join(items_) : trim(value_));
+    value_ = unpack_array(value_, &items_) ? Join(items_) : trim(std::move(value_));
+    return Written(writer_.WriteS(name_, value_));
   }
 
   TPvlText text_;
   TKvXIniStreamWriter& writer_;
-  const char* groupKeyword_;
+  const TPvlDialect& dialect_;
   std::size_t pos_ = 0;
+  std::size_t statement_ = 0;
   bool ended_ = false;
   std::vector<TGroupSection> groups_;
   std::string name_;
   std::string value_;
   std::vector<std::string> items_;
+  std::string reason_;
 };
+
+/// Why there is nothing to convert; null when there is.
+const char* MissingInput(const TKvStream* in, const TPvlDialect& dialect) {
+  if (!dialect.needsInput) return nullptr;
+  if (in == nullptr || !in->IsOpen()) return "the input is not open";
+  return in->getSize() == 0 ? "the input is empty" : nullptr;
+}
+
+/// Tells the reason of a failure to who wants to know; always false.
+bool Fail(TPvlFailure* failure, unsigned long line, const std::string& reason) {
+  if (failure != nullptr) *failure = {line, reason};
+  return false;
+}
 
 }  // namespace
 
 bool ConvertPvl(var_a_legacy::var_a<TKvStream*> in, var_a_legacy::var_a<TKvStream*> out,
-                const TPvlDialect& dialect) {
-  const bool present = !dialect.needsInput || (in && in->IsOpen() && in->getSize() != 0);
-  std::string text;
-  if (present && in) text = ReadLines(*in, dialect.lineEnd);
-  if (!out) return false;
+                const TPvlDialect& dialect, TPvlFailure* failure) {
+  const char* const missing = MissingInput(in.get(), dialect);
+  TPvlInput input;
+  if (missing == nullptr && in) input = ReadPvlInput(*in, dialect.lineEnd);
+  if (!out) return Fail(failure, 0, "there is no output");
   TKvXIniStreamWriter writer(std::move(out), 0, TKvXIniStreamWriter::htDocument);
-  if (!present) {
+  if (missing != nullptr) {
     writer.Close();
-    return false;
+    return Fail(failure, 0, missing);
   }
-  const bool converted = TPvlConversion(std::move(text), writer, dialect.groupKeyword).Run();
-  return writer.Close() && converted;
+  TPvlConversion conversion(std::move(input.text), writer, dialect);
+  const bool converted = conversion.Run();
+  const bool closed = writer.Close();
+  if (!converted) {
+    const unsigned long line =
+        InputLine(conversion.Text(), input.unfinished, conversion.Statement());
+    return Fail(failure, line, conversion.Reason());
+  }
+  return closed || Fail(failure, 0, kNotWritten);
 }
 
 }  // namespace SatCommonUtils

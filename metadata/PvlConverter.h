@@ -7,6 +7,7 @@
 #include "Kv/Stream.h"
 #include "Kv/VarA.h"
 #include "Kv/XIni.h"
+#include "SatCommonUtils/Metadata.h"
 #include "metadata/PvlText.h"
 
 namespace SatCommonUtils {
@@ -16,6 +17,7 @@ struct TPvlDialect {
   const char* groupKeyword;  ///< opens a group
   const char* lineEnd;       ///< put behind every line
   bool needsInput;           ///< whether an input that is not open, or empty, is a failure
+  const char* malformedEnd;  ///< what is wrong about an END without its ';'
 };
 
 /// One open group.
@@ -25,7 +27,8 @@ struct TGroupSection {
 };
 
 /// Reads all of `in`, converts it statement by statement and closes the output; see PVLtoXML.
+/// `failure` may be null.
 bool ConvertPvl(var_a_legacy::var_a<TKvStream*> in, var_a_legacy::var_a<TKvStream*> out,
-                const TPvlDialect& dialect);
+                const TPvlDialect& dialect, TPvlFailure* failure);
 
 }  // namespace SatCommonUtils

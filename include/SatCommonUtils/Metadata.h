@@ -38,6 +38,21 @@ RAVELIN_EXPORT bool PVLtoXML(var_a_legacy::var_a<TKvStream*> in,
 RAVELIN_EXPORT bool NASA_PVLtoXML(var_a_legacy::var_a<TKvStream*> in,
                                   var_a_legacy::var_a<TKvStream*> out);
 
+/// Where and why a conversion of PVL text stopped.
+struct TPvlFailure {
+  /// Of the input, counted from 1: the line on which the statement begins that could not be
+  /// converted. 0 when no statement is to blame: there was no input, or the output failed at its
+  /// end.
+  unsigned long line;
+  std::string reason;  ///< for people, without a full stop: "BEGIN_GROUP without '='"
+};
+
+/// The same conversions. False says in `*failure` why; otherwise it is left alone. It may be null.
+RAVELIN_EXPORT bool PVLtoXML(var_a_legacy::var_a<TKvStream*> in,
+                             var_a_legacy::var_a<TKvStream*> out, TPvlFailure* failure);
+RAVELIN_EXPORT bool NASA_PVLtoXML(var_a_legacy::var_a<TKvStream*> in,
+                                  var_a_legacy::var_a<TKvStream*> out, TPvlFailure* failure);
+
 /// Converts WKT text, NAME[item, CHILD[...], ...], to an XML document in UTF-8: an element a
 /// section, a VALUE element an item (quotes kept, white space outside them dropped), a line each,
 /// ended by CR LF and indented with tabs. Names and values are not escaped. Text behind the
