@@ -24,7 +24,7 @@ const Failure kNone = {777, "not touched"};
 class NarrowStream : public TKvMemoryStream {
  public:
   explicit NarrowStream(unsigned long room) : room_(room) {}
-  unsigned long Write(const void* buffer, unsigned long count) override {
+  unsigned long Write(const void*, unsigned long count) override {
     const unsigned long taken = std::min(count, room_);
     room_ -= taken;
     return taken;
