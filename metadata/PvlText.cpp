@@ -26,6 +26,7 @@ std::size_t TPvlText::FindEquals(std::size_t pos) {
 }
 
 std::size_t TPvlText::SkipTrimmed(std::size_t pos) {
+  if (pos >= Size() || !IsTrimmed(text_[pos])) return pos;
   if (pos < trimmedFrom_ || pos >= trimmed_) {
     trimmedFrom_ = pos;
     trimmed_ = pos;
