@@ -14,14 +14,14 @@ bool IsNameCharacter(char c) {
 /// The text from `start` to `end`, trimmed, when it is a name. Looks no further than the first
 /// character that no name has.
 bool ScanName(TPvlText& text, std::size_t start, std::size_t end, std::string* name) {
-  const std::size_t first = text.SkipTrimmed(start);
+  const std::size_t first = text.SkipTrimmed(start, TPvlText::sdBefore);
   if (first >= end) {
     name->clear();
     return true;
   }
   std::size_t last = first;
   while (last < end && IsNameCharacter(text[last])) ++last;
-  if (last != end && text.SkipTrimmed(last) < end) return false;
+  if (last != end && text.SkipTrimmed(last, TPvlText::sdBehind) < end) return false;
   name->assign(text.Text(), first, last - first);
   return true;
 }

@@ -25,14 +25,14 @@ std::size_t TPvlText::FindEquals(std::size_t pos) {
   return equals_;
 }
 
-std::size_t TPvlText::SkipTrimmed(std::size_t pos) {
+std::size_t TPvlText::SkipTrimmed(std::size_t pos, TSide side) {
   if (pos >= Size() || !IsTrimmed(text_[pos])) return pos;
-  if (pos < trimmedFrom_ || pos >= trimmed_) {
-    trimmedFrom_ = pos;
-    trimmed_ = pos;
-    while (trimmed_ < Size() && IsTrimmed(text_[trimmed_])) ++trimmed_;
+  TRun& run = trimmed_[side];
+  if (pos < run.begin || pos >= run.end) {
+    run = {pos, pos};
+    while (run.end < Size() && IsTrimmed(text_[run.end])) ++run.end;
   }
-  return trimmed_;
+  return run.end;
 }
 
 bool TPvlText::MayEnd(std::size_t pos) {

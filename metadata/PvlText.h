@@ -24,8 +24,10 @@ class TPvlText {
   std::size_t SkipWhite(std::size_t pos);
   /// The first '=' at or after `pos`; npos when there is none.
   std::size_t FindEquals(std::size_t pos);
-  /// The first character at or after `pos` that trim keeps; the size when there is none.
-  std::size_t SkipTrimmed(std::size_t pos);
+  /// The first character at or after `pos` that trim keeps; the size when there is none. `side`
+  /// says on which side of a name the blanks stand, because both runs may be asked for by turns.
+  enum TSide { sdBefore = 0, sdBehind = 1 };
+  std::size_t SkipTrimmed(std::size_t pos, TSide side);
   /// Whether a ';' outside quotes may follow for a value that starts, outside quotes, at `pos`.
   /// Always true until a value has been found not to end; exact from then on.
   bool MayEnd(std::size_t pos);
@@ -38,13 +40,17 @@ class TPvlText {
   }
 
   std::string text_;
-  std::size_t white_ = 0;        ///< where the search for other characters has come to
-  std::size_t equals_ = 0;       ///< the same for '='
-  std::size_t trimmed_ = 0;      ///< the end of the run looked at last
-  std::size_t trimmedFrom_ = 0;  ///< its beginning
-  bool endsKnown_ = false;       ///< whether the members below count
-  std::size_t quotes_ = 0;       ///< how far quotes have been counted
-  bool odd_ = false;             ///< whether their number is odd
+  std::size_t white_ = 0;   ///< where the search for other characters has come to
+  std::size_t equals_ = 0;  ///< the same for '='
+  /// The run of blanks looked at last.
+  struct TRun {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+  };
+  TRun trimmed_[2];         ///< one a side
+  bool endsKnown_ = false;  ///< whether the members below count
+  std::size_t quotes_ = 0;  ///< how far quotes have been counted
+  bool odd_ = false;        ///< whether their number is odd
   /// The last ';' with an even and with an odd number of quotes before it, plus one; 0 when none.
   std::size_t afterLast_[2] = {0, 0};
 };

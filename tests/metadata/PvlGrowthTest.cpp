@@ -35,12 +35,15 @@ const Case kCases[] = {
      [](unsigned long n) { return Repeated(n, "a=1\"\n;\"\n") + "\"\n"; }},
     {"EscapedQuotes", [](unsigned long n) { return Repeated(n, "a = \\\"\n"); }},
     {"EscapedQuotesBehindQuotes", [](unsigned long n) { return Repeated(n, "a=\"\\\";\n"); }},
-    {"RunsOfBackslashes",
-     [](unsigned long n) { return "a = " + std::string(6 * n, '\\') + "\n"; }},
+    {"RunsOfBackslashes", [](unsigned long n) { return "a = " + std::string(6 * n, '\\') + "\n"; }},
     {"LinesOfBackslashes", [](unsigned long n) { return Repeated(n, "a=\\\\\\\n"); }},
     {"VerticalTabs", [](unsigned long n) { return Repeated(3 * n, "\v\n"); }},
     {"VerticalTabsAndAFarEqualsSign",
      [](unsigned long n) { return Repeated(3 * n, "\v\n") + "= 1;\n"; }},
+    {"VerticalTabsBeforeAStatementWithoutAnEnd",
+     [](unsigned long n) { return Repeated(3 * n, "\v\n") + "a = 1\n"; }},
+    {"VerticalTabsBeforeANameAndBlanksWithoutAnEnd",
+     [](unsigned long n) { return Repeated(n, "\v\n") + "a" + Repeated(n, "\v\n") + "= 1\n"; }},
     {"VerticalTabsBehindNames",
      [](unsigned long n) {
        return Repeated(n, "a\n") + Repeated(n, "\v\n") + "= \"1\n" + Repeated(n, "a\n");
