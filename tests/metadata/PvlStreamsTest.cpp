@@ -43,7 +43,7 @@ TEST_P(PvlStreams, KeepsALineThatJustFitsTheLineBuffer) {
 }
 
 TEST_P(PvlStreams, ReadsLinesAroundMultiplesOfTheLineBufferAsTheModelDoes) {
-  for (const unsigned long multiple : {1, 2, 3, 4}) {
+  for (const unsigned long multiple : {1ul, 2ul, 3ul, 4ul}) {
     for (unsigned long length = multiple * 1023 - 4; length <= multiple * 1023 + 4; ++length) {
       for (const std::string end : {"", "\n", "\r\n", ";\n", ";\r\n", "\n\n"}) {
         const std::string line = "A = \"" + std::string(length - 5 - end.size() / 2, 'x');
