@@ -12,6 +12,16 @@ struct Case {
   Text text;
 };
 
+std::ostream& operator<<(std::ostream& out, const Case& made) {
+  return out << made.name;
+}
+
+/// A long run of one character. Passing over it costs so little that the machine's caches show;
+/// the statements before it keep the time measurable.
+std::string RunBehindStatements(unsigned long n, const std::string& begin, char c) {
+  return Repeated(n, "a = 1;\n") + begin + std::string(60 * n, c);
+}
+
 std::string Alternating(unsigned long count, const std::string& texts) {
   std::string text;
   for (unsigned long i = 0; i < count; ++i) text += i % 7 == 0 ? texts : "a\n";
@@ -35,7 +45,8 @@ const Case kCases[] = {
      [](unsigned long n) { return Repeated(n, "a=1\"\n;\"\n") + "\"\n"; }},
     {"EscapedQuotes", [](unsigned long n) { return Repeated(n, "a = \\\"\n"); }},
     {"EscapedQuotesBehindQuotes", [](unsigned long n) { return Repeated(n, "a=\"\\\";\n"); }},
-    {"RunsOfBackslashes", [](unsigned long n) { return "a = " + std::string(6 * n, '\\') + "\n"; }},
+    {"RunsOfBackslashes",
+     [](unsigned long n) { return RunBehindStatements(n, "a = ", '\\') + "\n"; }},
     {"LinesOfBackslashes", [](unsigned long n) { return Repeated(n, "a=\\\\\\\n"); }},
     {"VerticalTabs", [](unsigned long n) { return Repeated(3 * n, "\v\n"); }},
     {"VerticalTabsAndAFarEqualsSign",
@@ -53,7 +64,7 @@ const Case kCases[] = {
     {"VerticalTabsBeforeEqualsSigns",
      [](unsigned long n) { return Repeated(n, "\v\n") + Repeated(n, "= 1\n"); }},
     {"WhiteSpaceAlone", [](unsigned long n) { return Repeated(3 * n, " \n"); }},
-    {"BlanksOnOneLine", [](unsigned long n) { return std::string(6 * n, ' '); }},
+    {"BlanksOnOneLine", [](unsigned long n) { return RunBehindStatements(n, "", ' '); }},
     {"AFarEqualsSignBehindBlanks",
      [](unsigned long n) { return Repeated(n, "a\n") + Repeated(n, " \n\t") + "= 1\n"; }},
     {"GroupsWithoutEqualsSigns", [](unsigned long n) { return Repeated(n, "GROUPS\n"); }},
@@ -67,16 +78,16 @@ const Case kCases[] = {
     {"GroupsInTurn",
      [](unsigned long n) { return Repeated(n, "BEGIN_GROUP = a;\nEND_GROUP = a;\n"); }},
     {"LongGroupName",
-     [](unsigned long n) { return "BEGIN_GROUP = " + std::string(6 * n, 'a') + "\n"; }},
-    {"DeepLists", [](unsigned long n) { return "a = " + std::string(6 * n, '(') + ";\n"; }},
+     [](unsigned long n) { return RunBehindStatements(n, "BEGIN_GROUP = ", 'a') + "\n"; }},
+    {"DeepLists", [](unsigned long n) { return RunBehindStatements(n, "a = ", '(') + ";\n"; }},
     {"ListsThatClose",
      [](unsigned long n) { return "a = \"" + Repeated(n, "(\n") + Repeated(n, ")\n") + "\";\n"; }},
     {"ItemsOfOneList", [](unsigned long n) { return "a = \"(" + Repeated(n, "1,\n") + ")\";\n"; }},
     {"LinesOfLists", [](unsigned long n) { return Repeated(n, "a = (1, 2\n"); }},
-    {"LongName", [](unsigned long n) { return std::string(6 * n, 'a') + " = 1;\n"; }},
+    {"LongName", [](unsigned long n) { return RunBehindStatements(n, "", 'a') + " = 1;\n"; }},
     {"LongNamesBeforeEveryEqualsSign",
      [](unsigned long n) { return Repeated(n, "a\n") + Repeated(n, "a=\"\n"); }},
-    {"NulBytes", [](unsigned long n) { return std::string(6 * n, '\0'); }},
+    {"NulBytes", [](unsigned long n) { return RunBehindStatements(n, "", '\0'); }},
     {"Statements", [](unsigned long n) { return Repeated(n, "a = 1;\n"); }},
     {"Mixture",
      [](unsigned long n) {
