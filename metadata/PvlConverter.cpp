@@ -16,6 +16,16 @@ bool IsWordCharacter(char c) {
   return c == '_' || std::isalnum(static_cast<unsigned char>(c)) != 0;
 }
 
+/// trim in place.
+void Trim(std::string* text) {
+  std::size_t end = text->size();
+  while (end > 0 && TPvlText::IsTrimmed((*text)[end - 1])) --end;
+  text->resize(end);
+  std::size_t begin = 0;
+  while (begin < end && TPvlText::IsTrimmed((*text)[begin])) ++begin;
+  if (begin > 0) text->erase(0, begin);
+}
+
 /// The items, joined by ','.
 std::string Join(const std::vector<std::string>& items) {
   std::string joined;
@@ -63,7 +73,8 @@ class TPvlConversion {
   /// Whether the keyword stands here, with a character behind it that cannot belong to a word.
   bool TakeKeyword(std::string_view keyword) {
     const std::size_t behind = pos_ + keyword.size();
-    if (behind >= text_.Size() || text_.Text().compare(pos_, keyword.size(), keyword) != 0 ||
+    if (text_[pos_] != keyword.front() || behind >= text_.Size() ||
+        text_.Text().compare(pos_, keyword.size(), keyword) != 0 ||
         IsWordCharacter(text_[behind])) {
       return false;
     }
@@ -117,7 +128,11 @@ class TPvlConversion {
       pos_ = lineEnd == std::string::npos ? text_.Size() : lineEnd + 1;
       return true;
     }
-    value_ = unpack_array(value_, &items_) ? Join(items_) : trim(std::move(value_));
+    if (unpack_array(value_, &items_)) {
+      value_ = Join(items_);
+    } else {
+      Trim(&value_);
+    }
     return Written(writer_.WriteS(name_, value_));
   }
 

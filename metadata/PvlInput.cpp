@@ -1,11 +1,13 @@
 #include "metadata/PvlInput.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace SatCommonUtils {
 
 TPvlInput ReadPvlInput(TKvStream& in, const char* lineEnd) {
   TPvlInput input;
+  const std::string_view ending = lineEnd;
   char line[1024];
   unsigned long lines = 0;
   in.SetPos(0);
@@ -13,7 +15,7 @@ TPvlInput ReadPvlInput(TKvStream& in, const char* lineEnd) {
     line[sizeof line - 1] = '\n';
     const unsigned long consumed = in.ReadLine(line, sizeof line);
     if (consumed == 0) continue;
-    input.text.append(line).append(lineEnd);
+    input.text.append(line).append(ending);
     // As many bytes with the line's LF among them leave the last byte of the buffer alone.
     if (consumed == sizeof line - 1 && line[sizeof line - 1] == '\0') {
       input.unfinished.push_back(lines);

@@ -1,5 +1,7 @@
 #include "metadata/PvlScanner.h"
 
+#include <array>
+#include <string_view>
 #include <utility>
 
 #include "Kv/Text.h"
@@ -7,8 +9,22 @@
 namespace SatCommonUtils {
 namespace {
 
-bool IsNameCharacter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+/// Which characters belong to a set.
+using TCharacters = std::array<bool, 256>;
+
+constexpr TCharacters CharactersOf(std::string_view members) {
+  TCharacters characters{};
+  for (const char c : members) characters[static_cast<unsigned char>(c)] = true;
+  return characters;
+}
+
+constexpr TCharacters kName =
+    CharactersOf("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_");
+/// What means something in a value.
+constexpr TCharacters kSpecial = CharactersOf("\\;\"");
+
+bool IsIn(const TCharacters& characters, char c) {
+  return characters[static_cast<unsigned char>(c)];
 }
 
 /// The text from `start` to `end`, trimmed, when it is a name. Looks no further than the first
@@ -20,15 +36,10 @@ bool ScanName(TPvlText& text, std::size_t start, std::size_t end, std::string* n
     return true;
   }
   std::size_t last = first;
-  while (last < end && IsNameCharacter(text[last])) ++last;
+  while (last < end && IsIn(kName, text[last])) ++last;
   if (last != end && text.SkipTrimmed(last, TPvlText::sdBehind) < end) return false;
   name->assign(text.Text(), first, last - first);
   return true;
-}
-
-/// Whether a character means something in a value.
-constexpr bool IsSpecial(char c) {
-  return c == '\\' || c == ';' || c == '"';
 }
 
 /// Takes a value apart from `pos` on; returns the position behind its ';', npos when none ends it.
@@ -38,7 +49,7 @@ std::size_t ScanValue(const std::string& text, std::size_t pos, std::string* val
   char previous = '=';
   while (pos < text.size()) {
     const std::size_t plain = pos;
-    while (pos < text.size() && !IsSpecial(text[pos])) ++pos;
+    while (pos < text.size() && !IsIn(kSpecial, text[pos])) ++pos;
     if (pos > plain) {
       if (previous == '\\') value->push_back('\\');
       value->append(text, plain, pos - plain);
@@ -77,9 +88,9 @@ bool variable_detected(TPvlText& text, std::size_t* pos, std::string* name, std:
 
 bool unpack_array(const std::string& value, std::vector<std::string>* items) {
   items->clear();
-  std::size_t pos = value.find_first_not_of(" \t\r\n");
   // Without an opening bracket no list is ever closed.
-  if (pos == std::string::npos || value.find('(', pos) == std::string::npos) return false;
+  if (value.find('(') == std::string::npos) return false;
+  std::size_t pos = value.find_first_not_of(" \t\r\n");
   std::string item;
   long depth = 0;
   for (; pos < value.size(); ++pos) {

@@ -3,21 +3,7 @@
 #include <utility>
 
 namespace SatCommonUtils {
-namespace {
-
-bool IsTrimmed(char c) {
-  return TPvlText::IsWhite(c) || c == '\v' || c == '\f';
-}
-
-}  // namespace
-
 TPvlText::TPvlText(std::string text) : text_(std::move(text)) {}
-
-std::size_t TPvlText::SkipWhite(std::size_t pos) {
-  if (white_ < pos) white_ = pos;
-  while (white_ < Size() && IsWhite(text_[white_])) ++white_;
-  return white_ < Size() ? white_ : pos;
-}
 
 std::size_t TPvlText::FindEquals(std::size_t pos) {
   if (equals_ == std::string::npos) return equals_;
@@ -25,8 +11,7 @@ std::size_t TPvlText::FindEquals(std::size_t pos) {
   return equals_;
 }
 
-std::size_t TPvlText::SkipTrimmed(std::size_t pos, TSide side) {
-  if (pos >= Size() || !IsTrimmed(text_[pos])) return pos;
+std::size_t TPvlText::EndOfTrimmed(std::size_t pos, TSide side) {
   TRun& run = trimmed_[side];
   if (pos < run.begin || pos >= run.end) {
     run = {pos, pos};
@@ -35,8 +20,7 @@ std::size_t TPvlText::SkipTrimmed(std::size_t pos, TSide side) {
   return run.end;
 }
 
-bool TPvlText::MayEnd(std::size_t pos) {
-  if (!endsKnown_) return true;
+bool TPvlText::EndFollows(std::size_t pos) {
   for (; quotes_ < pos; ++quotes_) {
     if (TogglesQuotes(quotes_)) odd_ = !odd_;
   }

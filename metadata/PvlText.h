@@ -19,22 +19,32 @@ class TPvlText {
 
   /// Space, tab, CR or LF: no other character is white space here.
   static bool IsWhite(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+  /// The characters that trim takes off the ends of a text.
+  static bool IsTrimmed(char c) { return IsWhite(c) || c == '\v' || c == '\f'; }
 
   /// The first character at or after `pos` that is no white space; `pos` when there is none.
-  std::size_t SkipWhite(std::size_t pos);
+  std::size_t SkipWhite(std::size_t pos) {
+    if (white_ < pos) white_ = pos;
+    while (white_ < Size() && IsWhite(text_[white_])) ++white_;
+    return white_ < Size() ? white_ : pos;
+  }
   /// The first '=' at or after `pos`; npos when there is none.
   std::size_t FindEquals(std::size_t pos);
   /// The first character at or after `pos` that trim keeps; the size when there is none. `side`
   /// says on which side of a name the blanks stand, because both runs may be asked for by turns.
   enum TSide { sdBefore = 0, sdBehind = 1 };
-  std::size_t SkipTrimmed(std::size_t pos, TSide side);
+  std::size_t SkipTrimmed(std::size_t pos, TSide side) {
+    return pos < Size() && IsTrimmed(text_[pos]) ? EndOfTrimmed(pos, side) : pos;
+  }
   /// Whether a ';' outside quotes may follow for a value that starts, outside quotes, at `pos`.
   /// Always true until a value has been found not to end; exact from then on.
-  bool MayEnd(std::size_t pos);
+  bool MayEnd(std::size_t pos) { return !endsKnown_ || EndFollows(pos); }
   /// To be called when a value has run to the end of the text: looks once for where values can end.
   void LookForEnds();
 
  private:
+  std::size_t EndOfTrimmed(std::size_t pos, TSide side);
+  bool EndFollows(std::size_t pos);
   bool TogglesQuotes(std::size_t pos) const {
     return text_[pos] == '"' && (pos == 0 || text_[pos - 1] != '\\');
   }

@@ -1,5 +1,6 @@
 #include "metadata/Wkt.h"
 
+#include <array>
 #include <cctype>
 #include <cstring>
 #include <utility>
@@ -55,21 +56,36 @@ class TWktWriter {
   std::vector<std::string> names_;  ///< of the open sections
 };
 
-bool IsSeparator(char c) {
-  return c == ',' || c == '[' || c == ']' || c == '"';
-}
-bool IsSpace(char c) {
-  return std::isspace(static_cast<unsigned char>(c)) != 0;
-}
+/// What each character is outside quotes. White space is that of the locale.
+class TWktCharacters {
+ public:
+  TWktCharacters() {
+    for (int c = 0; c < 256; ++c) {
+      if (std::isspace(c) != 0) kinds_[static_cast<std::size_t>(c)] = kSpace;
+    }
+    for (const unsigned char c : {',', '[', ']', '"'}) kinds_[c] = kSeparator;
+  }
+
+  bool IsPlain(char c) const { return Kind(c) == kPlain; }
+  bool IsSpace(char c) const { return Kind(c) == kSpace; }
+  bool IsSeparator(char c) const { return Kind(c) == kSeparator; }
+
+ private:
+  enum TKind : unsigned char { kPlain, kSpace, kSeparator };
+
+  TKind Kind(char c) const { return kinds_[static_cast<unsigned char>(c)]; }
+
+  std::array<TKind, 256> kinds_{};
+};
 
 /// Gathers the characters of an item from `pos` on, white space left out; returns where it stopped.
-unsigned long GatherPlain(const char* text, unsigned long length, unsigned long pos,
-                          std::string* token) {
-  while (pos < length && !IsSeparator(text[pos])) {
+unsigned long GatherPlain(const TWktCharacters& characters, const char* text, unsigned long length,
+                          unsigned long pos, std::string* token) {
+  while (pos < length && !characters.IsSeparator(text[pos])) {
     const unsigned long start = pos;
-    while (pos < length && !IsSeparator(text[pos]) && !IsSpace(text[pos])) ++pos;
+    while (pos < length && characters.IsPlain(text[pos])) ++pos;
     token->append(text + start, pos - start);
-    while (pos < length && IsSpace(text[pos])) ++pos;
+    while (pos < length && characters.IsSpace(text[pos])) ++pos;
   }
   return pos;
 }
@@ -99,9 +115,10 @@ bool WktSectionToXml(const char* text, unsigned long length, unsigned long* pos,
   TWktWriter writer(*out, depth);
   writer.Begin(encoding, name);
   unsigned long at = *pos + (name.empty() ? 0 : 1);
+  const TWktCharacters characters;
   std::string token;
   while (at < length && !writer.Done()) {
-    at = GatherPlain(text, length, at, &token);
+    at = GatherPlain(characters, text, length, at, &token);
     if (at == length) break;
     const char c = text[at];
     if (c == '"') {

@@ -1,6 +1,5 @@
 #include "xini/OutputBuffer.h"
 
-#include <cstring>
 #include <exception>
 
 namespace {
@@ -22,14 +21,13 @@ namespace kv {
 OutputBuffer::OutputBuffer(var_a_legacy::var_a<TKvStream*> stream)
     : stream_(stream), hasFailed_(!stream) {}
 
-void OutputBuffer::Append(std::string_view text) {
-  if (text.size() > kCapacity - used_) Flush();
+void OutputBuffer::AppendBeyond(std::string_view text) {
+  Flush();
   if (text.size() > kCapacity) {
     Send(text);
-    return;
+  } else {
+    Append(text);
   }
-  if (!text.empty()) std::memcpy(buffer_.data() + used_, text.data(), text.size());
-  used_ += text.size();
 }
 
 void OutputBuffer::Flush() {

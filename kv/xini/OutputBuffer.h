@@ -17,7 +17,14 @@ class OutputBuffer {
  public:
   explicit OutputBuffer(var_a_legacy::var_a<TKvStream*> stream);
 
-  void Append(std::string_view text);
+  void Append(std::string_view text) {
+    if (text.size() > kCapacity - used_) {
+      AppendBeyond(text);
+      return;
+    }
+    text.copy(buffer_.data() + used_, text.size());
+    used_ += text.size();
+  }
   void Append(char c) { Append(std::string_view(&c, 1)); }
   void Flush();
 
@@ -26,6 +33,7 @@ class OutputBuffer {
   std::string Failure() const;
 
  private:
+  void AppendBeyond(std::string_view text);
   void Send(std::string_view text);
 
   static constexpr std::size_t kCapacity = std::size_t{64} << 10U;

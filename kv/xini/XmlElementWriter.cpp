@@ -29,6 +29,21 @@ constexpr Escapes kInText = MakeEscapes(false, false);
 constexpr Escapes kInCompactText = MakeEscapes(false, true);
 constexpr Escapes kInAttribute = MakeEscapes(true, true);
 
+/// ASCII that stands in text as it is, wherever.
+constexpr std::array<bool, 256> MakePlain() {
+  std::array<bool, 256> plain{};
+  for (std::size_t c = ' '; c < 0x80; ++c) plain[c] = kInCompactText[c].empty();
+  plain['\t'] = true;
+  return plain;
+}
+
+constexpr std::array<bool, 256> kPlain = MakePlain();
+
+bool IsPlain(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return kPlain[static_cast<unsigned char>(c)]; });
+}
+
 void AppendEscaped(kv::OutputBuffer* output, std::string_view text, const Escapes& escapes) {
   std::size_t begin = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -94,13 +109,16 @@ void XmlElementWriter::End() {
 void XmlElementWriter::Leaf(const std::string& name, std::string_view text) {
   CloseStartTag();
   Indent();
-  const bool isBinary = !IsXmlText(text);
+  const bool isPlain = IsPlain(text);
+  const bool isBinary = !isPlain && !IsXmlText(text);
   const std::string_view tag = StartTag(name, isBinary);
   if (text.empty()) {
     output_->Append("/>");
   } else {
     output_->Append('>');
-    if (isBinary) {
+    if (isPlain) {
+      output_->Append(text);
+    } else if (isBinary) {
       AppendBase64(output_, text);
     } else {
       AppendEscaped(output_, text, IsCompact() ? kInCompactText : kInText);

@@ -30,23 +30,37 @@ constexpr std::array<Range, 12> kNameStart = {{{0xC0, 0xD6},
 constexpr std::array<Range, 3> kNameFurther = {{{0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040}}};
 
 template <std::size_t N>
-bool IsIn(const std::array<Range, N>& ranges, char32_t code) {
+constexpr bool IsIn(const std::array<Range, N>& ranges, char32_t code) {
   return std::any_of(ranges.begin(), ranges.end(),
                      [code](const Range& r) { return r.first <= code && code <= r.last; });
 }
 
-bool IsAsciiLetter(char32_t code) {
+constexpr bool IsAsciiLetter(char32_t code) {
   return (code | 0x20U) >= 'a' && (code | 0x20U) <= 'z';
 }
 
-bool IsNameStart(char32_t code) {
+constexpr bool IsNameStart(char32_t code) {
   return code < 0x80 ? IsAsciiLetter(code) || code == '_' : IsIn(kNameStart, code);
 }
 
-bool IsNameCharacter(char32_t code) {
+constexpr bool IsNameCharacter(char32_t code) {
   if (code >= 0x80) return IsIn(kNameStart, code) || IsIn(kNameFurther, code);
   return IsNameStart(code) || (code >= '0' && code <= '9') || code == '-' || code == '.';
 }
+
+/// Where in a name a character may stand.
+enum class NamePlace : unsigned char { kNowhere, kFurther, kAnywhere };
+
+constexpr std::array<NamePlace, 0x80> PlacesOfAscii() {
+  std::array<NamePlace, 0x80> places{};
+  for (unsigned char c = 0; c < places.size(); ++c) {
+    if (IsNameCharacter(c)) places[c] = NamePlace::kFurther;
+    if (IsNameStart(c)) places[c] = NamePlace::kAnywhere;
+  }
+  return places;
+}
+
+constexpr std::array<NamePlace, 0x80> kAsciiNames = PlacesOfAscii();
 
 bool IsPlainAscii(unsigned char byte) {
   const bool isSpace = (byte == '\t') | (byte == '\n') | (byte == '\r');
@@ -100,16 +114,21 @@ std::size_t FindNonXml(std::string_view text) {
 }
 
 bool IsXmlName(std::string_view text) {
-  bool isFirst = true;
-  while (!text.empty()) {
-    const std::size_t length = Utf8CharacterLength(text);
+  std::size_t i = 0;
+  while (i < text.size()) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (byte < kAsciiNames.size()) {
+      if (kAsciiNames[byte] < (i == 0 ? NamePlace::kAnywhere : NamePlace::kFurther)) return false;
+      ++i;
+      continue;
+    }
+    const std::size_t length = Utf8CharacterLength(text.substr(i));
     if (length == 0) return false;
-    const char32_t code = Utf8CodePoint(text, length);
-    if (isFirst ? !IsNameStart(code) : !IsNameCharacter(code)) return false;
-    isFirst = false;
-    text.remove_prefix(length);
+    const char32_t code = Utf8CodePoint(text.substr(i), length);
+    if (i == 0 ? !IsNameStart(code) : !IsNameCharacter(code)) return false;
+    i += length;
   }
-  return !isFirst;
+  return i > 0;
 }
 
 }  // namespace kv
