@@ -63,7 +63,7 @@ class TWktCharacters {
     for (int c = 0; c < 256; ++c) {
       if (std::isspace(c) != 0) kinds_[static_cast<std::size_t>(c)] = kSpace;
     }
-    for (const unsigned char c : {',', '[', ']', '"'}) kinds_[c] = kSeparator;
+    for (const char c : {',', '[', ']', '"'}) kinds_[static_cast<unsigned char>(c)] = kSeparator;
   }
 
   bool IsPlain(char c) const { return Kind(c) == kPlain; }
