@@ -51,7 +51,8 @@ TEST(XmlCharacters, MakeNamesAsTheRecommendationSaysButForTheColon) {
     const bool isSurrogate = code >= 0xD800 && code < 0xE000;
     if (isSurrogate) continue;
     ASSERT_EQ(IsXmlName(Character(code)), IsModelNameStart(code)) << static_cast<unsigned>(code);
-    ASSERT_EQ(IsXmlName(std::string("a").append(Character(code))), IsModelName(code)) << static_cast<unsigned>(code);
+    ASSERT_EQ(IsXmlName(std::string("a").append(Character(code))), IsModelName(code))
+        << static_cast<unsigned>(code);
   }
 }
 
