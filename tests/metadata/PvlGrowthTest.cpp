@@ -99,7 +99,7 @@ class PvlGrowth : public ::testing::TestWithParam<std::tuple<Dialect, Case>> {};
 
 TEST_P(PvlGrowth, IsLinear) {
   const auto& [dialect, made] = GetParam();
-  EXPECT_TRUE(kv_test::IsLinear(8000, [&, dialect = dialect, text = made.text](unsigned long n) {
+  EXPECT_TRUE(kv_test::IsLinear(32000, [&, dialect = dialect, text = made.text](unsigned long n) {
     ConvertText(dialect, text(n));
   }));
 }

@@ -522,7 +522,7 @@ TEST(WktNestingTest, A100000SiblingsAtDepthThreeAreWritten) {
 
 /// Whether texts that `make` gives for a size are converted in linear time.
 bool ConvertsLinearly(const std::function<std::string(unsigned long)>& make) {
-  return kv_test::IsLinear(6250, [&](unsigned long size) {
+  return kv_test::IsLinear(25000, [&](unsigned long size) {
     std::string xml;
     EXPECT_TRUE(WktSectionToXml(make(size), &xml));
   });
@@ -540,11 +540,12 @@ TEST(WktGrowthTest, SiblingsInChainsOfSectionsCostLinearTime) {
 
 TEST(WktGrowthTest, OneLongTokenCostsLinearTime) {
   EXPECT_TRUE(
-      ConvertsLinearly([](unsigned long size) { return "A[" + Repeated(size, "x y ") + "]"; }));
+      ConvertsLinearly([](unsigned long size) { return "A[" + Repeated(4 * size, "x y ") + "]"; }));
 }
 
 TEST(WktGrowthTest, OneLongQuotedItemCostsLinearTime) {
-  EXPECT_TRUE(ConvertsLinearly([](unsigned long size) { return "A[\"" + Repeated(size, "[], "); }));
+  EXPECT_TRUE(
+      ConvertsLinearly([](unsigned long size) { return "A[\"" + Repeated(8 * size, "[], "); }));
 }
 
 TEST(WktGrowthTest, OnlyQuotesCostLinearTime) {
