@@ -28,6 +28,10 @@ std::uint64_t ControlMarks(std::uint64_t word) {
   return ~(Differences(word, '\t') & Differences(word, '\n') & Differences(word, '\r')) & ~kLow7;
 }
 
+bool HasBackslash(std::uint64_t word) {
+  return (~Differences(word, '\\') & ~kLow7) != 0;
+}
+
 /// The letter behind the backslash for each byte that is escaped, 0 for the others.
 constexpr std::array<char, 256> kLetters = [] {
   std::array<char, 256> letters{};
@@ -83,6 +87,62 @@ char* PutLastEncoded(char c, char* to) {
   return PutEncoded(c, to);
 }
 
+/// Decodes a byte, or a pair that begins with a backslash, without a branch. Writes two bytes
+/// whatever it moves on by: four bytes must be left, so that another one is written behind them.
+template <bool kWrites>
+void DecodeNext(const char*& src, char* to, unsigned long& written) {
+  const bool isPair = src[0] == '\\';
+  const char decoded = Decoded(src[1]);
+  if constexpr (kWrites) {
+    to[written] = isPair ? decoded : src[0];
+    to[written + 1] = src[1];
+  }
+  src += 1 + static_cast<unsigned long>(isPair);
+  written += 1 + static_cast<unsigned long>(isPair & (decoded == '\\'));
+}
+
+/// The same byte by byte up to `end`, which the source may have at any place.
+template <bool kWrites>
+void DecodeRest(const char* src, const char* end, char* to, unsigned long& written) {
+  const auto put = [&](char c) {
+    if constexpr (kWrites) to[written] = c;
+    ++written;
+  };
+  while (src != end) {
+    const char c = *src++;
+    if (c != '\\') {
+      put(c);
+    } else if (src == end) {
+      // Dropped, but counted by who measures.
+      if constexpr (!kWrites) ++written;
+    } else {
+      put(Decoded(*src));
+      if (Decoded(*src) == '\\') put(*src);
+      ++src;
+    }
+  }
+}
+
+template <bool kWrites>
+unsigned long DecodeOrMeasure(const char* src, unsigned long length, char* to) {
+  constexpr unsigned long kAhead = 3;  ///< what DecodeNext wants behind the last byte of a word
+  const char* const end = src + length;
+  unsigned long written = 0;
+  while (static_cast<unsigned long>(end - src) >= kWord + kAhead) {
+    const std::uint64_t word = WordAt(src);
+    if (HasBackslash(word)) {
+      const char* const stop = src + kWord;
+      while (src < stop) DecodeNext<kWrites>(src, to, written);
+    } else {
+      if constexpr (kWrites) std::memcpy(to + written, &word, kWord);
+      src += kWord;
+      written += kWord;
+    }
+  }
+  DecodeRest<kWrites>(src, end, to, written);
+  return written;
+}
+
 }  // namespace
 
 unsigned long Encode(const char* src, unsigned long srcLength, char* dst, unsigned long dstOffset) {
@@ -106,23 +166,8 @@ unsigned long Encode(const char* src, unsigned long srcLength, char* dst, unsign
 }
 
 unsigned long Decode(const char* src, unsigned long srcLength, char* dst, unsigned long dstOffset) {
-  unsigned long written = 0;
-  const auto put = [&](char c) {
-    if (dst != nullptr) dst[dstOffset + written] = c;
-    ++written;
-  };
-  const char* const end = src + srcLength;
-  while (src != end) {
-    if (*src != '\\') {
-      put(*src++);
-      continue;
-    }
-    if (++src == end) return written + (dst == nullptr ? 1 : 0);
-    put(Decoded(*src));
-    if (Decoded(*src) == '\\') put(*src);
-    ++src;
-  }
-  return written;
+  return dst == nullptr ? DecodeOrMeasure<false>(src, srcLength, nullptr)
+                        : DecodeOrMeasure<true>(src, srcLength, dst + dstOffset);
 }
 
 void Encode(std::string in, std::string* out) {
