@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "Kv/Kv.h"
+#include "SatCommonUtils/Log.h"
 #include "SatCommonUtils/Module.h"
 #include "SatCommonUtils/Raster.h"
 
@@ -155,6 +156,21 @@ TEST(LayoutTest, AnOrderOfVisibleBandsHasItsFieldsInOrder) {
   EXPECT_EQ(sizeof order, 24u);
 }
 
+TEST(LayoutTest, ALogHasItsFieldsInOrderAndNoVtable) {
+  TSatLog log;
+  EXPECT_EQ(Offset(log, log.items), 0);
+  EXPECT_EQ(Offset(log, log.firstError), 24);
+  EXPECT_EQ(Offset(log, log.skipDebugMessages), 56);
+  EXPECT_EQ(sizeof(TSatLog), 64u);
+}
+
+TEST(LayoutTest, ALoggedMessageHasItsFieldsInOrder) {
+  TSatLog::TLogDataItem item = {};
+  EXPECT_EQ(Offset(item, item.type), 0);
+  EXPECT_EQ(Offset(item, item.message), 8);
+  EXPECT_EQ(sizeof item, 40u);
+}
+
 TEST(LayoutTest, FieldsHaveTheirWidthAndSign) {
   static_assert(std::is_same_v<decltype(KvModule_Initializer::counter), unsigned long>);
   static_assert(std::is_same_v<decltype(TBasePushbroomDibData::width), long>);
@@ -185,6 +201,10 @@ TEST(LayoutTest, AStreamIsItsVtablePointerAlone) {
 TEST(LayoutTest, EnumerationsHaveTheirValues) {
   EXPECT_EQ(TRawWordDibData::boLittleEndian, 0);
   EXPECT_EQ(TRawWordDibData::boBigEndian, 1);
+  EXPECT_EQ(TSatLog::mtDebug, 0);
+  EXPECT_EQ(TSatLog::mtError, 1);
+  EXPECT_EQ(TSatLog::mtWarning, 2);
+  EXPECT_EQ(TSatLog::mtInfo, 3);
   EXPECT_EQ(kvOpenWrite, 9);
   EXPECT_EQ(kvOpenRead, 10);
   EXPECT_EQ(kvShareAll, 0xFFFFFFFFu);
@@ -198,6 +218,7 @@ TEST(LayoutTest, EnumerationsHaveTheirValues) {
 
 TEST(LayoutTest, EnumerationsAreFourBytesWide) {
   EXPECT_EQ(sizeof(TRawWordDibData::TBytesOrder), 4u);
+  EXPECT_EQ(sizeof(TSatLog::TMsgType), 4u);
   EXPECT_EQ(sizeof(kvOpenMode), 4u);
   EXPECT_EQ(sizeof(kvShareMode), 4u);
   EXPECT_EQ(sizeof(TInterpolationQuality), 4u);
