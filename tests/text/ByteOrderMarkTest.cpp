@@ -1,8 +1,12 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 
 #include "SatCommonUtils/Text.h"
+#include "text/GuardedBytes.h"
+#include "text/HostStream.h"
 
 namespace {
 
@@ -11,6 +15,9 @@ using SatCommonUtils::GetBOMLength;
 using SatCommonUtils::ReadBOM;
 using SatCommonUtils::RecognizeBOM;
 using SatCommonUtils::TSatBOM;
+using testing::ElementsAre;
+using text_test::HostStream;
+using Call = HostStream::Call;
 
 TSatBOM MarkOf(const std::string& bytes) {
   TKvMemoryStream stream(bytes);
@@ -94,6 +101,78 @@ TEST(ReadBom, LeavesThePosition) {
     stream.SetPos(1);
     ReadBOM(&stream);
     EXPECT_EQ(stream.GetPos(), 1u);
+  }
+}
+
+TEST(ReadBom, AsksForNoMoreThanFourBytes) {
+  HostStream stream("\xEF\xBB\xBF text");
+  ReadBOM(&stream);
+  EXPECT_THAT(stream.readCounts, ElementsAre(4));
+  HostStream small("\xFF\xFE");
+  ReadBOM(&small);
+  EXPECT_THAT(small.readCounts, ElementsAre(2));
+}
+
+TEST(ReadBom, FindsNoMarkWhenTheReadFallsShort) {
+  for (unsigned long readable = 0; readable < 4; ++readable) {
+    HostStream stream("\xFF\xFE text");
+    stream.SetPos(3);
+    stream.readable = readable;
+    EXPECT_EQ(ReadBOM(&stream), 0) << readable;
+    EXPECT_EQ(stream.Position(), 3u);
+  }
+}
+
+TEST(ReadBom, FindsNoMarkInAStreamThatClaimsMoreThanItHas) {
+  HostStream stream("\xFF\xFE");
+  stream.size = ~0ul;
+  EXPECT_EQ(ReadBOM(&stream), 0);
+}
+
+TEST(ReadBom, FindsNoMarkWhereTheStreamCannotGoToItsStart) {
+  HostStream stream("\xFF\xFE text");
+  stream.seeks = false;
+  EXPECT_EQ(ReadBOM(&stream), 0);
+  EXPECT_THAT(stream.readCounts, ElementsAre());
+}
+
+TEST(ReadBom, PassesWhatTheStreamThrowsAndRestoresThePosition) {
+  for (const Call call : {Call::kGetSize, Call::kRead}) {
+    HostStream stream("\xFF\xFE text");
+    stream.SetPos(3);
+    stream.throwing = call;
+    EXPECT_THROW(ReadBOM(&stream), std::runtime_error);
+    EXPECT_EQ(stream.Position(), 3u);
+  }
+}
+
+TEST(ReadBom, PassesWhatTheStreamThrowsAboutItsPosition) {
+  for (const Call call : {Call::kGetPos, Call::kSetPos}) {
+    HostStream stream("\xFF\xFE text");
+    stream.throwing = call;
+    EXPECT_THROW(ReadBOM(&stream), std::runtime_error);
+  }
+}
+
+TEST(RecognizeBom, LooksAtNoMoreThanFourBytes) {
+  for (const std::string& bytes : {"\xEF\xBB\xBF\0"s, "\xFF\xFE\0\0"s, "\0\0\xFE\xFF"s, "text"s}) {
+    const text_test::GuardedBytes guarded(bytes, text_test::GuardedBytes::Edge::kBehind);
+    EXPECT_EQ(RecognizeBOM(guarded.Data()), MarkOf(bytes));
+  }
+}
+
+// Every combination of the bytes that marks are made of, and others.
+TEST(RecognizeBom, TakesTheMarksAloneForMarks) {
+  const std::string bytes = "\xEF\xBB\xBF\xFE\xFF\x01\0\x41"s;
+  for (unsigned long number = 0; number < 4096; ++number) {
+    std::string text;
+    for (unsigned long i = 0; i < 4; ++i) text += bytes[number >> (3 * i) & 7];
+    int expected = 0;
+    if (text.starts_with("\xEF\xBB\xBF")) expected = 1;
+    if (text.starts_with("\xFE\xFF")) expected = 2;
+    if (text.starts_with("\xFF\xFE")) expected = text.substr(2) == "\0\0"s ? 5 : 3;
+    if (text == "\0\0\xFE\xFF"s) expected = 4;
+    EXPECT_EQ(RecognizeBOM(text.data()), expected) << number;
   }
 }
 
