@@ -1,0 +1,21 @@
+// The names inside a list, for the scans that fill it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "SatCommonUtils/Files.h"
+
+namespace SatCommonUtils {
+
+struct TFilenamesListAccess {
+  static const std::vector<std::string>& Names(const TFilenamesList& list) { return list.names_; }
+
+  /// The cursor is at the end afterwards.
+  static void Replace(TFilenamesList& list, std::vector<std::string> names) {
+    list.Clear();
+    list.names_.swap(names);
+  }
+};
+
+}  // namespace SatCommonUtils
