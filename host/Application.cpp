@@ -70,6 +70,16 @@ int ReportParse(const CLI::App& app, const CLI::ParseError& error) {
   return Report(error.what() + help, kExitWrongUse);
 }
 
+constexpr const char* kMemoryRemedy = "close other programs or raise the limit on memory";
+
+/// What to do when memory is short, by the subcommand that was asked for.
+std::string MemoryRemedy(const CLI::App& app) {
+  const CLI::App* command = &app;
+  while (!command->get_subcommands().empty()) command = command->get_subcommands().front();
+  return command->get_option_no_throw("--rect") != nullptr ? "ask for a smaller --rect"
+                                                           : kMemoryRemedy;
+}
+
 }  // namespace
 
 int RunApplication(int argc, const char* const* argv) {
@@ -84,9 +94,11 @@ int RunApplication(int argc, const char* const* argv) {
       return kExitDone;
     } catch (const CLI::ParseError& error) {
       return ReportParse(app, error);
+    } catch (const std::bad_alloc&) {
+      return Report("memory: there is not enough; " + MemoryRemedy(app), kExitFailed);
     }
   } catch (const std::bad_alloc&) {
-    return Report("memory: there is not enough; ask for a smaller --rect", kExitFailed);
+    return Report(std::string("memory: there is not enough; ") + kMemoryRemedy, kExitFailed);
   } catch (const std::exception& error) {
     return Report(error.what(), kExitFailed);
   }

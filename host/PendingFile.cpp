@@ -28,7 +28,7 @@ std::string Remedy(int error) {
     case EDQUOT:
       return "free some space or write to another disk";
     case EFBIG:
-      return "raise the limit on the size of files or write a smaller --rect";
+      return "raise the limit on the size of files or write to another disk";
     case ENOENT:
     case ENOTDIR:
       return "make its folder first or name another";

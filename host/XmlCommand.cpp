@@ -6,6 +6,7 @@
 
 #include "host/HostError.h"
 #include "host/PendingFile.h"
+#include "host/TextEncoding.h"
 #include "host/TextInput.h"
 #include "host/XmlConversion.h"
 #include "host/XmlValue.h"
@@ -55,7 +56,7 @@ void Print(const std::string& text) {
 
 void Convert(const Converter& converter, const ConversionArguments& arguments) {
   const TextInput input = ReadTextInput(arguments.input, converter.longestInput);
-  const std::string xml = converter.convert(input.text, input.name);
+  const std::string xml = converter.convert(DecodedText(input.text, input.name), input.name);
   if (arguments.output.empty()) {
     Print(xml);
     return;
@@ -67,6 +68,8 @@ void Convert(const Converter& converter, const ConversionArguments& arguments) {
 
 void PrintValue(const ValueArguments& arguments) {
   const TextInput input = ReadTextInput(arguments.file, kLongestInput);
+  // XML tells its encoding itself.
+  RefuseUtf32(input.text, input.name);
   Print(XmlValue(input.text, arguments.path, input.name) + "\n");
 }
 
@@ -86,7 +89,8 @@ void AddGet(CLI::App& xml) {
   command->add_option("FILE", arguments->file, "XML-ini, - for standard input")
       ->type_name("")
       ->required();
-  command->add_option("PATH", arguments->path, "SECTION/.../NAME of the value")
+  command
+      ->add_option("PATH", arguments->path, "SECTION/.../NAME of the value; a / in a name is \\/")
       ->type_name("")
       ->required();
   command->footer("Example:\n  ravelin xml get scene.xml IMAGE/LINES");

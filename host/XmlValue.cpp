@@ -15,15 +15,33 @@ using StreamPointer = var_a_legacy::var_a<TKvStream*>;
 
 constexpr std::size_t kMostNames = 10;  ///< of a section, in one message
 
+bool NeedsEscape(char c) {
+  return c == '/' || c == '\\';
+}
+
+/// The names between the slashes. A backslash takes a slash or a backslash behind it into a name.
 std::vector<std::string> Split(const std::string& path) {
-  std::vector<std::string> parts;
-  std::size_t begin = 0;
-  for (std::size_t end = path.find('/'); end != std::string::npos; end = path.find('/', begin)) {
-    parts.push_back(path.substr(begin, end - begin));
-    begin = end + 1;
+  std::vector<std::string> parts(1);
+  for (std::size_t i = 0; i < path.size(); ++i) {
+    if (path[i] == '\\' && i + 1 < path.size() && NeedsEscape(path[i + 1])) {
+      parts.back() += path[++i];
+    } else if (path[i] == '/') {
+      parts.emplace_back();
+    } else {
+      parts.back() += path[i];
+    }
   }
-  parts.push_back(path.substr(begin));
   return parts;
+}
+
+/// A name as it stands in a path.
+std::string Escaped(const std::string& name) {
+  std::string escaped;
+  for (const char c : name) {
+    if (NeedsEscape(c)) escaped += '\\';
+    escaped += c;
+  }
+  return escaped;
 }
 
 /// A name that is in the file, held to a length that fits in a message.
@@ -64,7 +82,7 @@ std::string ListOf(const std::vector<std::string>& names) {
   if (names.empty()) return "nothing there has a name";
   std::string list = "what is there: ";
   for (std::size_t i = 0; i < std::min(names.size(), kMostNames); ++i) {
-    list += (i == 0 ? "" : ", ") + Shortened(names[i]);
+    list += (i == 0 ? "" : ", ") + Escaped(Shortened(names[i]));
   }
   if (names.size() <= kMostNames) return list;
   return list + " and " + std::to_string(names.size() - kMostNames) + " more";
@@ -79,17 +97,19 @@ class SectionPath {
   void Enter(const std::string& name) {
     unsigned long item = reader_.FindF(name.c_str(), 0);
     while (reader_.HasItem(item) && !Enter(item)) item = reader_.FindF(name.c_str(), item + 1);
-    if (entered_.size() == names_.size()) FailWithNames("there is no section '" + name + "'");
+    if (entered_.size() == names_.size())
+      FailWithNames("there is no section '" + Escaped(name) + "'");
     names_.push_back(name);
   }
 
   std::string Value(const std::string& name) const {
     const unsigned long item = reader_.FindF(name.c_str(), 0);
-    if (!reader_.HasItem(item)) FailWithNames("there is no value '" + name + "'");
+    if (!reader_.HasItem(item)) FailWithNames("there is no value '" + Escaped(name) + "'");
     try {
       return reader_.ReadE<std::string>(item);
     } catch (const TKvError&) {
-      throw HostError(file_, "'" + name + "'" + Place() + " is a section", "name a value in it");
+      throw HostError(file_, "'" + Escaped(name) + "'" + Place() + " is a section",
+                      "name a value in it");
     }
   }
 
@@ -107,7 +127,7 @@ class SectionPath {
 
   std::string Place() const {
     std::string place;
-    for (const std::string& name : names_) place += (place.empty() ? "" : "/") + name;
+    for (const std::string& name : names_) place += (place.empty() ? "" : "/") + Escaped(name);
     return place.empty() ? "" : " in '" + place + "'";
   }
 

@@ -150,7 +150,7 @@ TEST(ComposeCommand, LeavesNothingBehindWhenTheDiskIsFull) {
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_EQ(result.err,
             "ravelin: o.bip: cannot be written: File too large; raise the limit on the size of "
-            "files or write a smaller --rect\n");
+            "files or write to another disk\n");
   EXPECT_THAT(folder.Names(), ElementsAre("a"));
 }
 

@@ -105,6 +105,84 @@ TEST(XmlCommand, ReadsLongStandardInputToItsEnd) {
   EXPECT_THAT(result.out, HasSubstr("<LAST>2</LAST>"));
 }
 
+TEST(XmlCommand, DropsAByteOrderMark) {
+  TempFolder folder;
+  folder.Write("a.pvl", "\xEF\xBB\xBF" + std::string(kPvl));
+  folder.Write("a.lbl", "\xEF\xBB\xBF" + std::string(kNasaPvl));
+  folder.Write("a.prj",
+               "\xEF\xBB\xBF"
+               "A[1]");
+  EXPECT_EQ(Xml(folder, {"pvl", "a.pvl"}).out, kXIni);
+  EXPECT_EQ(Xml(folder, {"nasa-pvl", "a.lbl"}).out, kXIni);
+  EXPECT_THAT(Xml(folder, {"wkt", "a.prj"}).out, HasSubstr("<A>"));
+}
+
+/// ASCII as UTF-16.
+std::string Utf16(const std::string& text, bool isLittleEndian) {
+  std::string units;
+  for (const char c : text) units += isLittleEndian ? std::string{c, '\0'} : std::string{'\0', c};
+  return units;
+}
+
+TEST(XmlCommand, ReadsUtf16OfEitherByteOrder) {
+  TempFolder folder;
+  folder.Write("a", "\xFF\xFE" + Utf16(kNasaPvl, true));
+  folder.Write("b", "\xFE\xFF" + Utf16(kNasaPvl, false));
+  EXPECT_EQ(Xml(folder, {"nasa-pvl", "a"}).out, kXIni);
+  EXPECT_EQ(Xml(folder, {"nasa-pvl", "b"}).out, kXIni);
+  EXPECT_EQ(XmlFrom(folder, "a", {"nasa-pvl", "-"}).out, kXIni);
+}
+
+TEST(XmlCommand, KeepsLatinCharactersOfUtf16) {
+  TempFolder folder;
+  folder.Write(
+      "a", "\xFF\xFE" + Utf16("UNIT = \"", true) + std::string("\xB0\0", 2) + Utf16("C\"\n", true));
+  EXPECT_THAT(Xml(folder, {"nasa-pvl", "a"}).out, HasSubstr("<UNIT>\xC2\xB0"
+                                                            "C</UNIT>"));
+}
+
+TEST(XmlCommand, RefusesUtf16BeyondLatin1) {
+  TempFolder folder;
+  folder.Write("a", "\xFE\xFF" + Utf16("A = 1\nB = \"", false) + "\x20\xAC" + Utf16("\"", false));
+  ExpectFailure(Xml(folder, {"nasa-pvl", "a"}),
+                "a: is UTF-16 with a character beyond U+00FF at line 2; convert it to UTF-8");
+}
+
+TEST(XmlCommand, RefusesUtf32) {
+  TempFolder folder;
+  folder.Write("a", std::string("\xFF\xFE\0\0A\0\0\0", 8));
+  for (const char* converter : {"pvl", "nasa-pvl", "wkt"}) {
+    ExpectFailure(Xml(folder, {converter, "a"}), "a: is UTF-32; convert it to UTF-8");
+  }
+  ExpectFailure(Xml(folder, {"get", "a", "A"}), "a: is UTF-32; convert it to UTF-8");
+  ExpectFailure(XmlFrom(folder, "a", {"wkt", "-"}),
+                "standard input: is UTF-32; convert it to UTF-8");
+}
+
+TEST(XmlCommand, GetsFromXmlInUtf16AndWithAMark) {
+  TempFolder folder;
+  const std::string xml = "<xini><A>1</A></xini>";
+  folder.Write("a.xml",
+               "\xFF\xFE" + Utf16("<xini><A>", true) + "\xAC\x20" + Utf16("</A></xini>", true));
+  folder.Write("b.xml", "\xFE\xFF" + Utf16(xml, false));
+  folder.Write("c.xml", "\xEF\xBB\xBF" + xml);
+  EXPECT_EQ(Xml(folder, {"get", "a.xml", "A"}).out, "\xE2\x82\xAC\n");
+  EXPECT_EQ(Xml(folder, {"get", "b.xml", "A"}).out, "1\n");
+  EXPECT_EQ(Xml(folder, {"get", "c.xml", "A"}).out, "1\n");
+}
+
+TEST(XmlCommand, SaysWhatToDoWhenMemoryIsShort) {
+  if (RAVELIN_SANITIZED) GTEST_SKIP() << "a sanitizer does not start in little memory";
+  TempFolder folder;
+  folder.WriteSparse("a.pvl", 1UL << 28);
+  const CommandResult result = RunCommand({"xml", "pvl", "a.pvl"}, folder.Path(), [] {
+    const rlimit limit = {100UL << 20, 100UL << 20};
+    setrlimit(RLIMIT_AS, &limit);
+  });
+  ExpectFailure(result,
+                "memory: there is not enough; close other programs or raise the limit on memory");
+}
+
 TEST(XmlCommand, MayReplaceItsInput) {
   TempFolder folder;
   folder.Write("a", kPvl);
@@ -288,6 +366,35 @@ TEST(XmlCommand, GetsAttributes) {
   TempFolder folder;
   folder.Write("a.xml", "<xini><A B=\"1\"/></xini>");
   EXPECT_EQ(Xml(folder, {"get", "a.xml", "A/B"}).out, "1\n");
+}
+
+TEST(XmlCommand, TakesABackslashAndASlashForASlashInAName) {
+  TempFolder folder;
+  folder.Write("a.xml", "<xini><_ _name=\"a/b\"><_ _name=\"/\">7</_></_></xini>");
+  EXPECT_EQ(Xml(folder, {"get", "a.xml", "a\\/b/\\/"}).out, "7\n");
+}
+
+TEST(XmlCommand, TakesTwoBackslashesForABackslashInAName) {
+  TempFolder folder;
+  folder.Write("a.xml", "<xini><_ _name=\"a\\\"><b>7</b></_></xini>");
+  EXPECT_EQ(Xml(folder, {"get", "a.xml", "a\\\\/b"}).out, "7\n");
+}
+
+TEST(XmlCommand, TakesABackslashBeforeAnyOtherCharacterForItself) {
+  TempFolder folder;
+  folder.Write("a.xml", "<xini><_ _name=\"a\\b\\\">7</_></xini>");
+  EXPECT_EQ(Xml(folder, {"get", "a.xml", "a\\b\\"}).out, "7\n");
+}
+
+TEST(XmlCommand, NamesThingsAsTheyStandInAPath) {
+  TempFolder folder;
+  folder.Write("a.xml", "<xini><_ _name=\"a/b\"><_ _name=\"c\\d\"/><S><T/></S></_></xini>");
+  ExpectFailure(Xml(folder, {"get", "a.xml", "x\\/y/z"}),
+                "a.xml: there is no section 'x\\/y'; what is there: a\\/b");
+  ExpectFailure(Xml(folder, {"get", "a.xml", "a\\/b/x\\/y"}),
+                "a.xml: there is no value 'x\\/y' in 'a\\/b'; what is there: c\\\\d, S");
+  ExpectFailure(Xml(folder, {"get", "a.xml", "a\\/b/S"}),
+                "a.xml: 'S' in 'a\\/b' is a section; name a value in it");
 }
 
 TEST(XmlCommand, GetsTheFirstOfSeveralValues) {
