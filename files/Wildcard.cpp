@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 #include "Kv/Text.h"
+#include "files/FilenamePieces.h"
 
 namespace SatCommonUtils {
 namespace {
@@ -32,14 +34,15 @@ bool EqualFolded(std::string_view name, std::string_view lower) {
 
 /// Cuts what stands between a '*' and the end of its piece.
 std::string WithoutTextBehindStars(const std::string& mask) {
-  std::string pieces;
-  bool behindStar = false;
-  for (const char c : mask) {
-    if (c == '.') behindStar = false;
-    if (!behindStar) pieces += c;
-    if (c == '*') behindStar = true;
+  std::vector<std::string> pieces;
+  break_filename(mask, &pieces);
+  std::string kept;
+  for (const std::string& piece : pieces) {
+    const std::size_t star = piece.find('*');
+    kept.append(piece, 0, star == std::string::npos ? star : star + 1).append(".");
   }
-  return pieces;
+  kept.pop_back();
+  return kept;
 }
 
 }  // namespace

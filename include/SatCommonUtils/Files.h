@@ -1,4 +1,5 @@
-// Files and folders: lists of file names with wildcard search, folder scanning, file look-up.
+// Files and folders: paths as plain texts, lists of file names with wildcard search, folder
+// scanning, file look-up, lists of temporary files.
 //
 // Names and paths are UTF-8. Folders are walked with Qt Core, which users of this header need not
 // have. Files whose names are not UTF-8 do not exist for it: they are not listed and not found, and
@@ -8,6 +9,7 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,50 @@
 class QString;
 
 namespace SatCommonUtils {
+
+// Paths as plain texts. Which separators count is fixed for each function, and none looks at the
+// disk. Nothing is normalised. Linear in the path.
+
+/// Splits a path by the rules of TKvPath: the folder without its trailing '/'s (of a path in the
+/// root "/" stays), and what follows the last '/'.
+///
+///     SplitPathFilename("/data/scene/b1.raw", &folder, &name);  // "/data/scene", "b1.raw"
+RAVELIN_EXPORT void SplitPathFilename(std::string path, std::string* folder, std::string* name);
+/// Splits a path at its last '/' or '\', whichever comes later; the separator goes to neither part.
+/// Without one the folder is empty and the name the whole path; the name of a path that ends with
+/// one is empty.
+///
+///     SplitPathFilename2("c:\\data/b1.raw", &folder, &name);  // "c:\\data", "b1.raw"
+RAVELIN_EXPORT void SplitPathFilename2(std::string path, std::string* folder, std::string* name);
+
+// The extension is what follows the last dot, wherever that is: it may be the first byte, and may
+// stand in a folder's name when the file's has none ("dir.old/file"). Callers rely on it; so give
+// names, or paths whose last part has an extension.
+
+/// The name with `ext` (without a dot) in place of its extension, or behind a new dot when it has
+/// none: "b1.raw" and "hdr" give "b1.hdr". An empty `ext` leaves the dot: "b1.".
+RAVELIN_EXPORT std::string ChangeFileExt(std::string name, std::string ext);
+/// What stands before the last dot; the whole name when there is none.
+RAVELIN_EXPORT std::string CutFileExt(std::string name);
+/// What follows the last dot, without the dot; empty when there is none.
+RAVELIN_EXPORT std::string GetFileExt(std::string name);
+
+// Of the following only '\' separates. A '/' is a byte like any other.
+
+/// Without its last byte when that is a '\'; only one goes.
+RAVELIN_EXPORT std::string RemoveTrailingBackslash(const std::string& path);
+/// With a '\' behind it unless it ends with one already. Empty stays empty.
+RAVELIN_EXPORT std::string AddTrailingBackslash(const std::string& path);
+/// The folder above: one trailing '\' taken away, what stands before the last '\'. Empty when there
+/// is none, for a drive or a path in the root.
+///
+///     GetUpperFolder("c:\\data\\sub\\");  // "c:\\data"
+RAVELIN_EXPORT std::string GetUpperFolder(const std::string& path);
+/// The last folder's name: one trailing '\' taken away, what follows the last '\'; all of it when
+/// there is none. Empty for a path that ends with two.
+///
+///     GetFolderName("c:\\data\\sub\\");  // "sub"
+RAVELIN_EXPORT std::string GetFolderName(const std::string& path);
 
 /// File names in the order of insertion, duplicates kept, with a cursor for walks and searches.
 ///
@@ -113,6 +159,31 @@ RAVELIN_EXPORT unsigned long FillFolderAndSubfoldersFilesList(
 /// `*foundName` alone. It may be null.
 RAVELIN_EXPORT bool FileExists(const std::string& folder, const std::string& nameFilter,
                                std::string* foundName);
+
+/// The files that a host has made for temporary use, to be deleted one by one or together.
+///
+///     TTemporaryFilesList list;
+///     list.InsertFile("/tmp/scene/part1.tmp");
+///     list.DeleteAllFiles();
+///
+/// Paths are kept in lower case (ASCII letters; the framework's tolower), and callers rely on it.
+/// So DeleteAllFiles deletes the files whose paths are in lower case, not those that were inserted
+/// where the two differ: use paths without capitals. Whether a deletion succeeds is not told. A
+/// failing allocation throws std::bad_alloc.
+class RAVELIN_EXPORT TTemporaryFilesList {
+ public:
+  std::set<std::string> files;  ///< paths in lower case
+
+  /// Remembers a file, in lower case; it need not exist yet.
+  void InsertFile(const std::string& path);
+  /// Deletes the file with exactly this path, also when it is not in the list, and takes the path's
+  /// lower-case form off the list, also when the file stays.
+  void DeleteFile(const std::string& path);
+  /// Deletes the files with the paths of the list and empties it.
+  void DeleteAllFiles();
+  /// Prints the paths to the debug sink, a line each between two frame lines.
+  void DebugOutput() const;
+};
 
 }  // namespace SatCommonUtils
 

@@ -2,9 +2,13 @@
 // libstdc++.
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <set>
+#include <string>
 #include <type_traits>
 
 #include "Kv/Kv.h"
+#include "SatCommonUtils/Files.h"
 #include "SatCommonUtils/Log.h"
 #include "SatCommonUtils/Module.h"
 #include "SatCommonUtils/Raster.h"
@@ -154,6 +158,14 @@ TEST(LayoutTest, AnOrderOfVisibleBandsHasItsFieldsInOrder) {
   EXPECT_EQ(Offset(order, order.second), 8);
   EXPECT_EQ(Offset(order, order.third), 16);
   EXPECT_EQ(sizeof order, 24u);
+}
+
+TEST(LayoutTest, AListOfTemporaryFilesIsASetOfTextsAlone) {
+  TTemporaryFilesList list;
+  static_assert(
+      std::is_same_v<decltype(list.files), std::set<std::string, std::less<std::string>>>);
+  EXPECT_EQ(Offset(list, list.files), 0);
+  EXPECT_EQ(sizeof list, 48u);
 }
 
 TEST(LayoutTest, ALogHasItsFieldsInOrderAndNoVtable) {
