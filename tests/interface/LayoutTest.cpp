@@ -2,16 +2,19 @@
 // libstdc++.
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <functional>
 #include <set>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 #include "Kv/Kv.h"
 #include "SatCommonUtils/Files.h"
 #include "SatCommonUtils/Log.h"
 #include "SatCommonUtils/Module.h"
 #include "SatCommonUtils/Raster.h"
+#include "SatCommonUtils/Shapefile.h"
 
 namespace {
 
@@ -144,6 +147,77 @@ TEST(LayoutTest, ARequestIsPositionSizeAndScale) {
   EXPECT_EQ(sizeof pixels, 32u);
 }
 
+TEST(LayoutTest, AShapeFileHeaderIsTheHundredBytesOfTheFile) {
+  TShapeFileHeader header;
+  EXPECT_EQ(Offset(header, header.fileCode), 0);
+  EXPECT_EQ(Offset(header, header.unused1), 4);
+  EXPECT_EQ(Offset(header, header.unused2), 8);
+  EXPECT_EQ(Offset(header, header.unused3), 12);
+  EXPECT_EQ(Offset(header, header.unused4), 16);
+  EXPECT_EQ(Offset(header, header.unused5), 20);
+  EXPECT_EQ(Offset(header, header.fileLength), 24);
+  EXPECT_EQ(Offset(header, header.version), 28);
+  EXPECT_EQ(Offset(header, header.shapeType), 32);
+  EXPECT_EQ(offsetof(TShapeFileHeader, xMin), 36u);
+  EXPECT_EQ(offsetof(TShapeFileHeader, yMin), 44u);
+  EXPECT_EQ(offsetof(TShapeFileHeader, xMax), 52u);
+  EXPECT_EQ(offsetof(TShapeFileHeader, yMax), 60u);
+  EXPECT_EQ(offsetof(TShapeFileHeader, zMin), 68u);
+  EXPECT_EQ(offsetof(TShapeFileHeader, zMax), 76u);
+  EXPECT_EQ(offsetof(TShapeFileHeader, mMin), 84u);
+  EXPECT_EQ(offsetof(TShapeFileHeader, mMax), 92u);
+  EXPECT_EQ(sizeof(TShapeFileHeader), 100u);
+}
+
+TEST(LayoutTest, AShapeFilePolygonHeaderIsTheFiftyTwoBytesOfTheFile) {
+  EXPECT_EQ(offsetof(TShapeFilePolygonHeader, recordNumber), 0u);
+  EXPECT_EQ(offsetof(TShapeFilePolygonHeader, contentLength), 4u);
+  EXPECT_EQ(offsetof(TShapeFilePolygonHeader, shapeType), 8u);
+  EXPECT_EQ(offsetof(TShapeFilePolygonHeader, xMin), 12u);
+  EXPECT_EQ(offsetof(TShapeFilePolygonHeader, yMin), 20u);
+  EXPECT_EQ(offsetof(TShapeFilePolygonHeader, xMax), 28u);
+  EXPECT_EQ(offsetof(TShapeFilePolygonHeader, yMax), 36u);
+  EXPECT_EQ(offsetof(TShapeFilePolygonHeader, numParts), 44u);
+  EXPECT_EQ(offsetof(TShapeFilePolygonHeader, numPoints), 48u);
+  EXPECT_EQ(sizeof(TShapeFilePolygonHeader), 52u);
+}
+
+TEST(LayoutTest, ShapeFileHeadersLieAtAnyAddress) {
+  EXPECT_EQ(alignof(TShapeFileHeader), 1u);
+  EXPECT_EQ(alignof(TShapeFilePolygonHeader), 1u);
+}
+
+TEST(LayoutTest, ADecodedShapeFileHeaderHasEachMinimumBeforeItsMaximum) {
+  TShapeFileHeaderInfo info;
+  EXPECT_EQ(Offset(info, info.fileLength), 0);
+  EXPECT_EQ(Offset(info, info.shapeType), 4);
+  EXPECT_EQ(Offset(info, info.xMin), 8);
+  EXPECT_EQ(Offset(info, info.xMax), 16);
+  EXPECT_EQ(Offset(info, info.yMin), 24);
+  EXPECT_EQ(Offset(info, info.yMax), 32);
+  EXPECT_EQ(Offset(info, info.zMin), 40);
+  EXPECT_EQ(Offset(info, info.zMax), 48);
+  EXPECT_EQ(Offset(info, info.mMin), 56);
+  EXPECT_EQ(Offset(info, info.mMax), 64);
+  EXPECT_EQ(sizeof info, 72u);
+}
+
+TEST(LayoutTest, AShapeFileHasItsHeaderAndAPolygonItsRingsBehind) {
+  TShapeFilePolygonData polygon;
+  EXPECT_EQ(Offset(polygon, polygon.info), 8);
+  EXPECT_EQ(sizeof(TShapeFileData), 80u);
+  EXPECT_EQ(Offset(polygon, polygon.rings), 80);
+  EXPECT_EQ(sizeof polygon, 104u);
+}
+
+TEST(LayoutTest, AShapeFilePointIsTwoDoublesAndARingAVectorOfThem) {
+  TShapeFilePoint point;
+  EXPECT_EQ(Offset(point, point.x), 0);
+  EXPECT_EQ(Offset(point, point.y), 8);
+  EXPECT_EQ(sizeof point, 16u);
+  static_assert(std::is_same_v<TShapeFileRing, std::vector<TShapeFilePoint>>);
+}
+
 TEST(LayoutTest, AChannelDescriptionHasItsFieldsInOrder) {
   TKvDibChannels channels = {};
   EXPECT_EQ(Offset(channels, channels.sampleType), 0);
@@ -197,6 +271,8 @@ TEST(LayoutTest, FieldsHaveTheirWidthAndSign) {
   static_assert(std::is_same_v<decltype(TKvDibChannels::sampleSize), unsigned long>);
   static_assert(
       std::is_same_v<decltype(TSeparateBandsDibData::channelBands)::key_type, unsigned int>);
+  static_assert(std::is_same_v<decltype(TShapeFileHeader::fileCode), int>);
+  static_assert(std::is_same_v<decltype(TShapeFileHeaderInfo::fileLength), unsigned int>);
   EXPECT_EQ(sizeof(long), 8u);
 }
 
@@ -236,6 +312,8 @@ TEST(LayoutTest, EnumerationsAreFourBytesWide) {
   EXPECT_EQ(sizeof(TInterpolationQuality), 4u);
   EXPECT_EQ(sizeof(TKvDibResult), 4u);
   EXPECT_EQ(sizeof(TKvCharEncoding), 4u);
+  EXPECT_EQ(sizeof(TShapeFileType), 4u);
+  static_assert(std::is_same_v<std::underlying_type_t<TShapeFileType>, int>);
 }
 
 }  // namespace

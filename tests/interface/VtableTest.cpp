@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "SatCommonUtils/Raster.h"
+#include "SatCommonUtils/Shapefile.h"
 
 namespace {
 
@@ -108,6 +109,11 @@ const Slots kXIniWriterOperations = {
     "ReportWriteError()",
     "WriteItemText(" + kText + " const&, std::basic_string_view<char, std::char_traits<char> >)",
     "OpenSection(" + kText + " const&, bool)",
+};
+
+const Slots kShapeFileOperations = {
+    "destructor", "deleting destructor",   "Initialize(TKvStream*)", "Write(TKvStream*) const",
+    "Reset()",    "operator bool() const",
 };
 
 /// Compares the slots of a class with each operation and the class that supplies it; "" for a pure
@@ -234,6 +240,16 @@ TEST(VtableTest, TheXmlItemHasItsSlotsInOrder) {
   const std::string X = "TKvXmlItem";
   ExpectSlots("_ZTV10TKvXmlItem", {"destructor", "deleting destructor", "Element() const"},
               Slots(3, X));
+}
+
+TEST(VtableTest, AShapeFileHasItsSlotsInOrder) {
+  ExpectSlots("_ZTVN14SatCommonUtils14TShapeFileDataE", kShapeFileOperations,
+              Slots(6, "SatCommonUtils::TShapeFileData"));
+}
+
+TEST(VtableTest, ThePolygonOverridesEveryOperationOfAShapeFile) {
+  ExpectSlots("_ZTVN14SatCommonUtils21TShapeFilePolygonDataE", kShapeFileOperations,
+              Slots(6, "SatCommonUtils::TShapeFilePolygonData"));
 }
 
 TEST(VtableTest, AnObjectStartsWithThePointerToItsExportedVtable) {

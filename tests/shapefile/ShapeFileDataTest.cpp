@@ -1,0 +1,273 @@
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <stdexcept>
+#include <string>
+
+#include "SatCommonUtils/Shapefile.h"
+#include "kv/TemporaryFolder.h"
+#include "shapefile/ShapeFiles.h"
+#include "shapefile/Streams.h"
+
+namespace {
+
+using namespace SatCommonUtils;
+using namespace shape_test;
+using kv_test::TemporaryFolder;
+
+std::string FileOfType(int type) {
+  TModelFile file;
+  file.type = type;
+  return file.Bytes();
+}
+
+void ExpectReset(const TShapeFileData& data) {
+  EXPECT_FALSE(data);
+  EXPECT_EQ(data.info.fileLength, 0u);
+  EXPECT_EQ(data.info.shapeType, -1);
+  EXPECT_EQ(data.info.xMin, DBL_MAX);
+}
+
+TShapeFileData Loaded() {
+  TShapeFileData data;
+  TKvMemoryStream stream(FileOfType(5));
+  EXPECT_TRUE(data.Initialize(&stream));
+  return data;
+}
+
+/// Counts the calls that the base class makes, and answers them as it is told.
+class TRecordingData : public TShapeFileData {
+ public:
+  bool Initialize(TKvStream* stream) override {
+    ++initialized;
+    if (throws) throw std::runtime_error("no");
+    return TShapeFileData::Initialize(stream) && result;
+  }
+  bool Write(TKvStream* stream) const override {
+    if (throws) throw std::runtime_error("no");
+    return stream->Write("written", 7) == 7 && result;
+  }
+  void Reset() override {
+    ++resets;
+    TShapeFileData::Reset();
+  }
+
+  bool result = true;
+  bool throws = false;
+  int initialized = 0;
+  int resets = 0;
+};
+
+TEST(ShapeFileDataTest, ANewOneIsInvalid) {
+  ExpectReset(TShapeFileData());
+}
+
+TEST(ShapeFileDataTest, InitializeReadsTheHeader) {
+  TShapeFileData data;
+  TLimitedStream stream(FileOf({kSquare}).Bytes());
+  ASSERT_TRUE(data.Initialize(&stream));
+  EXPECT_TRUE(data);
+  EXPECT_EQ(data.info.fileLength, 236u);
+  EXPECT_EQ(data.info.shapeType, 5);
+  EXPECT_EQ(data.info.xMax, 10);
+  EXPECT_EQ(stream.reads, 1);
+  EXPECT_EQ(stream.GetPos(), 100u);
+}
+
+TEST(ShapeFileDataTest, InitializeReadsFromWhereTheStreamStands) {
+  TShapeFileData data;
+  TKvMemoryStream stream("before " + FileOfType(5));
+  stream.SetPos(7);
+  EXPECT_TRUE(data.Initialize(&stream));
+}
+
+TEST(ShapeFileDataTest, InitializeWithoutAStreamResets) {
+  TShapeFileData data = Loaded();
+  EXPECT_FALSE(data.Initialize(nullptr));
+  ExpectReset(data);
+}
+
+TEST(ShapeFileDataTest, InitializeOfFewerThanAHundredBytesResets) {
+  const std::string bytes = FileOfType(5);
+  for (unsigned long size = 0; size < 100; ++size) {
+    TShapeFileData data = Loaded();
+    TKvMemoryStream stream(bytes.substr(0, size));
+    EXPECT_FALSE(data.Initialize(&stream));
+    ExpectReset(data);
+  }
+}
+
+TEST(ShapeFileDataTest, InitializeWithARefusedHeaderResets) {
+  for (const int type : {2, 25}) {
+    TShapeFileData data = Loaded();
+    TKvMemoryStream stream(FileOfType(type));
+    EXPECT_FALSE(data.Initialize(&stream));
+    ExpectReset(data);
+  }
+}
+
+TEST(ShapeFileDataTest, WhatTheStreamThrowsPasses) {
+  TShapeFileData data = Loaded();
+  TLimitedStream stream(FileOfType(5));
+  stream.most = 99;
+  stream.throws = true;
+  EXPECT_THROW(data.Initialize(&stream), std::runtime_error);
+  ExpectReset(data);
+}
+
+TEST(ShapeFileDataTest, WriteGivesFalse) {
+  TLimitedStream stream;
+  EXPECT_FALSE(Loaded().Write(&stream));
+  EXPECT_EQ(stream.writes, 0);
+  EXPECT_FALSE(Loaded().Write(nullptr));
+}
+
+TEST(ShapeFileDataTest, ResetForgetsTheHeader) {
+  TShapeFileData data = Loaded();
+  data.Reset();
+  ExpectReset(data);
+}
+
+TEST(ShapeFileDataTest, InitializeFromFileReadsTheFile) {
+  const TemporaryFolder folder;
+  TShapeFileData data;
+  EXPECT_TRUE(data.InitializeFromFile(folder.File("a.shp", FileOfType(15))));
+  EXPECT_EQ(data.info.shapeType, 15);
+}
+
+TEST(ShapeFileDataTest, InitializeFromFileOfARefusedHeaderResets) {
+  const TemporaryFolder folder;
+  TShapeFileData data = Loaded();
+  EXPECT_FALSE(data.InitializeFromFile(folder.File("a.shp", FileOfType(25))));
+  ExpectReset(data);
+}
+
+TEST(ShapeFileDataTest, InitializeFromAFileThatCannotBeOpenedResets) {
+  const TemporaryFolder folder;
+  for (const std::string& path :
+       {folder.Path("missing"), folder.Path(), std::string(), std::string("a\0b", 3)}) {
+    TShapeFileData data = Loaded();
+    EXPECT_FALSE(data.InitializeFromFile(path));
+    ExpectReset(data);
+  }
+}
+
+TEST(ShapeFileDataTest, InitializeFromFileCallsWhatASubclassOverrides) {
+  const TemporaryFolder folder;
+  TRecordingData data;
+  EXPECT_TRUE(data.InitializeFromFile(folder.File("a.shp", FileOfType(5))));
+  EXPECT_EQ(data.initialized, 1);
+}
+
+TEST(ShapeFileDataTest, InitializeFromFileResetsWhenASubclassFails) {
+  const TemporaryFolder folder;
+  TRecordingData data;
+  data.result = false;
+  EXPECT_FALSE(data.InitializeFromFile(folder.File("a.shp", FileOfType(5))));
+  ExpectReset(data);
+  EXPECT_EQ(data.resets, 3);
+}
+
+TEST(ShapeFileDataTest, InitializeFromFileCatchesWhatASubclassThrows) {
+  const TemporaryFolder folder;
+  TRecordingData data;
+  data.throws = true;
+  EXPECT_FALSE(data.InitializeFromFile(folder.File("a.shp", FileOfType(5))));
+  ExpectReset(data);
+}
+
+TEST(ShapeFileDataTest, WriteToFileOfAnInvalidOneLeavesTheFileAlone) {
+  const TemporaryFolder folder;
+  const std::string path = folder.File("a.shp", "as it was");
+  EXPECT_FALSE(TRecordingData().WriteToFile(path));
+  EXPECT_EQ(folder.Contents("a.shp"), "as it was");
+}
+
+class WriteToFileTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(data_.InitializeFromFile(folder_.File("in", FileOfType(5))));
+  }
+
+  const TemporaryFolder folder_;
+  TRecordingData data_;
+};
+
+TEST_F(WriteToFileTest, ReplacesTheFileByWhatASubclassWrites) {
+  const std::string path = folder_.File("a.shp", "a longer text than the new one");
+  EXPECT_TRUE(data_.WriteToFile(path));
+  EXPECT_EQ(folder_.Contents("a.shp"), "written");
+}
+
+TEST_F(WriteToFileTest, GivesTheResultOfWrite) {
+  data_.result = false;
+  EXPECT_FALSE(data_.WriteToFile(folder_.Path("a.shp")));
+}
+
+TEST_F(WriteToFileTest, CatchesWhatASubclassThrows) {
+  data_.throws = true;
+  EXPECT_FALSE(data_.WriteToFile(folder_.Path("a.shp")));
+}
+
+TEST_F(WriteToFileTest, GivesFalseWhenTheFileCannotBeOpened) {
+  EXPECT_FALSE(data_.WriteToFile(folder_.Path("no/such/folder")));
+  EXPECT_FALSE(data_.WriteToFile(folder_.Path()));
+}
+
+TEST_F(WriteToFileTest, GivesFalseInTheBaseClass) {
+  TShapeFileData base;
+  base.info = data_.info;
+  EXPECT_FALSE(base.WriteToFile(folder_.Path("a.shp")));
+}
+
+TEST_F(WriteToFileTest, GivesFalseOnAFullDisk) {
+  EXPECT_FALSE(data_.WriteToFile("/dev/full"));
+}
+
+TEST(CheckShapeFileTest, TellsTheTypeOfAStream) {
+  for (const int type : {0, 1, 3, 5, 8, 11, 13, 15, 18, 21, 23, 25, 28, 31}) {
+    TKvMemoryStream stream(FileOfType(type));
+    EXPECT_EQ(CheckShapeFile(&stream), type);
+  }
+}
+
+TEST(CheckShapeFileTest, DoesNotLookAtTheLength) {
+  TModelFile file;
+  file.lengthInWords = 0;
+  TKvMemoryStream stream(file.Bytes());
+  EXPECT_EQ(CheckShapeFile(&stream), 5);
+}
+
+TEST(CheckShapeFileTest, ReadsFromWhereTheStreamStands) {
+  TKvMemoryStream stream("before " + FileOfType(5));
+  EXPECT_EQ(CheckShapeFile(&stream), -1);
+  stream.SetPos(7);
+  EXPECT_EQ(CheckShapeFile(&stream), 5);
+}
+
+TEST(CheckShapeFileTest, AHundredBytesAreEnoughAndFewerAreNot) {
+  for (unsigned long size = 0; size <= 100; ++size) {
+    TKvMemoryStream stream(FileOfType(5).substr(0, size));
+    EXPECT_EQ(CheckShapeFile(&stream), size == 100 ? 5 : -1) << size;
+  }
+}
+
+TEST(CheckShapeFileTest, AnInvalidHeaderAndANullStreamHaveNoType) {
+  TKvMemoryStream stream(FileOfType(2));
+  EXPECT_EQ(CheckShapeFile(&stream), -1);
+  EXPECT_EQ(CheckShapeFile(static_cast<TKvStream*>(nullptr)), -1);
+}
+
+TEST(CheckShapeFileTest, TellsTheTypeOfAFile) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(CheckShapeFile(folder.File("a.shp", FileOfType(25))), 25);
+  EXPECT_EQ(CheckShapeFile(folder.File("b.shp", FileOfType(2))), -1);
+}
+
+TEST(CheckShapeFileTest, AFileThatCannotBeOpenedHasNoType) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(CheckShapeFile(folder.Path("missing")), -1);
+  EXPECT_EQ(CheckShapeFile(folder.Path()), -1);
+}
+
+}  // namespace
