@@ -1,15 +1,111 @@
-// Text helpers: escapes, byte-order marks, UTF-16 of Latin characters.
+// Text helpers: splitting, joining and numbering of texts, escapes, byte-order marks, UTF-16 of
+// Latin characters.
 //
 // Texts are byte strings. But where a function says so, they keep no state and may run on several
 // threads at once on different strings and streams.
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "Kv/Progress.h"
 #include "Kv/Stream.h"
 #include "SatCommonUtils/Export.h"
 
 namespace SatCommonUtils {
+
+// Splitting. `text` and `separators` are NUL-terminated and not null; each byte of `separators` is
+// a separator. The array forms store in `out`, the caller's array of `maxCount` elements, or with a
+// null `out` only count; they stop behind the separator, also one behind an empty field, at which
+// the count equals `maxCount`, and do not read on. So with a `maxCount` of 0 they stop at the first
+// separator that adds nothing to the count, or else count to the end of the text without storing.
+// Progress takes one step a stored or counted element; the handler may be null. Exceptions of the
+// handler pass, with what was stored before left in place. Time is linear in what is read, whatever
+// the number of separators.
+
+/// Cuts a text at separators and returns the number of fields. Empty fields, before a leading and
+/// behind a trailing separator too, are passed over unless `keepEmpty`. A field of 4095 bytes ends
+/// there, and the byte behind it is lost as if it were a separator: callers rely on it.
+///
+///     std::string out[10];
+///     SplitString("a,,b", ",", out, 10, nullptr, false);  // 2: "a", "b"
+RAVELIN_EXPORT unsigned int SplitString(const char* text, const char* separators, std::string* out,
+                                        unsigned int maxCount, TKvProgressHandler* handler,
+                                        bool keepEmpty);
+/// The same, but separators between double quotes do not count, and fields may be of any length.
+/// Quotes stay in the fields; a doubled one does not end the quoted section, the end of the text
+/// does. A double quote that is a separator is only that.
+RAVELIN_EXPORT unsigned int SplitStringQuot(const char* text, const char* separators,
+                                            std::string* out, unsigned int maxCount,
+                                            TKvProgressHandler* handler, bool keepEmpty);
+/// The same, all fields; they are put behind what `*out` holds. Returns how many this call found.
+RAVELIN_EXPORT unsigned int SplitStringQuot(const char* text, const char* separators,
+                                            std::vector<std::string>* out, bool keepEmpty);
+
+/// Converts what lies between separators to numbers as the C library's scan for "%lg" does, in the
+/// current locale, and returns how many it took. What follows a number is ignored ("12abc" is 12);
+/// what begins with no number, or is empty, is passed over. Blanks alone are taken and give the
+/// number before them again, 0 when there was none: callers rely on it. With `reverse` the first
+/// number goes to the last element of `out`, the next to the one before it. The locale and the
+/// rounding mode must stay while it runs.
+RAVELIN_EXPORT unsigned int SplitStringIntoDoubles(const char* text, const char* separators,
+                                                   double* out, unsigned int maxCount, bool reverse,
+                                                   TKvProgressHandler* handler);
+/// The same, all numbers; they replace what `*out`, which must not be null, held.
+RAVELIN_EXPORT unsigned int SplitStringIntoDoubles(const char* text, const char* separators,
+                                                   std::vector<double>* out,
+                                                   TKvProgressHandler* handler);
+
+/// `a`, trimmed, and each of the others that is not empty, as it is, behind a blank. So an empty
+/// `a` gives a text that begins with a blank.
+RAVELIN_EXPORT std::string CombineStrings(std::string a, std::string b, std::string c,
+                                          std::string d, std::string e);
+/// Sets the target to `value`, trimmed first if so asked, unless that is empty: then false, and the
+/// target stays.
+RAVELIN_EXPORT bool SetIfNotEmpty(std::string* target, const std::string& value, bool trimFirst);
+/// `value`, trimmed first if so asked, or `def` as it is when that is empty.
+RAVELIN_EXPORT std::string GetNotEmptyDef(const std::string& value, const std::string& def,
+                                          bool trimFirst);
+
+/// A text of at least `width` bytes stays. A shorter one gets a filler in front, or behind, but not
+/// the one that the names promise: as many bytes as the code of `pad` says (32 for a blank), each
+/// with the low byte of `text.size() - width` as its value (FD for 2 bytes and a width of 5).
+/// Callers rely on it. A pad character from 80 to FF throws std::length_error.
+RAVELIN_EXPORT std::string LeftPadding(const std::string& text, unsigned long width, char pad);
+RAVELIN_EXPORT std::string RightPadding(const std::string& text, unsigned long width, char pad);
+
+/// Trims the text and takes a double quote off both of its ends. False when it does not have both:
+/// `*out`, which may be `text`, is the trimmed text then.
+RAVELIN_EXPORT bool RemoveQuotes(const std::string& text, std::string* out);
+/// What is between the quotes of the trimmed text; without both, the text as it is, not trimmed.
+RAVELIN_EXPORT std::string RemoveQuotes(const std::string& text);
+/// Without leading and trailing double quotes, blanks, tabs, CR and LF, in any mix.
+RAVELIN_EXPORT std::string RemoveQuotesAndWhitespaces(const std::string& text);
+/// Without one `symbol` at its end, or without all of them there.
+RAVELIN_EXPORT std::string RemoveTrailingSymbol(const std::string& text, char symbol, bool all);
+
+// Numbering. A number is what the C library's scan for "%d" reads between the last opening and the
+// last closing bracket, whatever follows it there: "[ 4]" and "[4x]" are 4. A number beyond `int`
+// is as the scan of the GNU library gives it: the low 32 bits of a `long`, the nearest `long` for
+// one beyond that. The smallest `int` follows the largest.
+
+/// The text with its number in square brackets one higher, and without what followed them; with
+/// "[1]" behind it when it has no such number.
+///
+///     "Band" -> "Band[1]" -> "Band[2]"    "a[3]b" -> "a[4]"    "a[x]" -> "a[x][1]"
+RAVELIN_EXPORT std::string GenerateNextString(std::string text);
+/// The same with round brackets.
+RAVELIN_EXPORT std::string GenerateNumeratedString(std::string text);
+/// Cuts the number in round brackets, and what follows it, off the text and returns it; without one
+/// the text stays and the result is 0. Blanks between the brackets are cut as well, as a 0: callers
+/// rely on it.
+RAVELIN_EXPORT int DeNumerateString(std::string* text);
+/// `base`, or the first of GenerateNextString(base), the next of that, and so on that is not among
+/// `existing`. Without `caseSensitive` ASCII letters are compared as if in lower case. Memory and
+/// time are those of sorting the existing names that begin like `base`.
+RAVELIN_EXPORT std::string GenerateUniqueString(const std::string& base,
+                                                const std::vector<std::string>& existing,
+                                                bool caseSensitive);
 
 // Escapes, which put a value on one line: a tab becomes "\t", LF "\n", CR "\r", two bytes each;
 // every other byte stays. The backslash is not escaped, so Decode(Encode(x)) is x only where x has
