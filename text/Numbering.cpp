@@ -34,7 +34,9 @@ int Successor(int number) {
 std::string NextNumbered(std::string text, char opening, char closing) {
   const BracketScan scan = ScanBrackets(text, opening, closing);
   if (scan.result == 1) text.resize(scan.opening);
-  return text.append(1, opening).append(std::to_string(Successor(scan.number))).append(1, closing);
+  char suffix[16];
+  std::snprintf(suffix, sizeof suffix, "%c%d%c", opening, Successor(scan.number), closing);
+  return text.append(suffix);
 }
 
 /// `fold` gives of a name what is compared. All numbered candidates begin alike, so the names that

@@ -218,7 +218,7 @@ TEST(GenerateUniqueString, TakesTimeInProportionToNamesTakenInARow) {
 }
 
 TEST(GenerateNextString, TakesTimeInProportionToTheText) {
-  for (const std::string& piece : {"[", "]", "[]", "[1]", "1", " "}) {
+  for (const char* const piece : {"[", "]", "[]", "[1]", "1", " "}) {
     const auto generate = [&](unsigned long count) {
       std::string text = "[";
       for (unsigned long i = 0; i < count; ++i) text += piece;

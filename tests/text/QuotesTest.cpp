@@ -3,6 +3,7 @@
 
 #include <random>
 #include <string>
+#include <utility>
 
 #include "Kv/Text.h"
 #include "SatCommonUtils/Text.h"
@@ -13,35 +14,37 @@ using SatCommonUtils::RemoveQuotes;
 using SatCommonUtils::RemoveQuotesAndWhitespaces;
 using SatCommonUtils::RemoveTrailingSymbol;
 
-/// The text that RemoveQuotes leaves, behind a '+' when it gave true.
-std::string Removed(const std::string& text) {
+/// What RemoveQuotes gives, and the text that it leaves.
+using Removal = std::pair<bool, std::string>;
+
+Removal Removed(const std::string& text) {
   std::string out = "old";
   const bool isRemoved = RemoveQuotes(text, &out);
-  return (isRemoved ? "+" : "-") + out;
+  return {isRemoved, out};
 }
 
 TEST(RemoveQuotes, TakesTheQuotesOffTheTrimmedText) {
-  EXPECT_EQ(Removed(" \"abc\" "), "+abc");
-  EXPECT_EQ(Removed("\" abc \""), "+ abc ");
+  EXPECT_EQ(Removed(" \"abc\" "), Removal(true, "abc"));
+  EXPECT_EQ(Removed("\" abc \""), Removal(true, " abc "));
 }
 
 TEST(RemoveQuotes, LeavesTheTrimmedTextWhenThereAreNotTwo) {
-  EXPECT_EQ(Removed(" abc "), "-abc");
-  EXPECT_EQ(Removed(" \"abc "), "-\"abc");
-  EXPECT_EQ(Removed("abc\" "), "-abc\"");
-  EXPECT_EQ(Removed(" "), "-");
+  EXPECT_EQ(Removed(" abc "), Removal(false, "abc"));
+  EXPECT_EQ(Removed(" \"abc "), Removal(false, "\"abc"));
+  EXPECT_EQ(Removed("abc\" "), Removal(false, "abc\""));
+  EXPECT_EQ(Removed(" "), Removal(false, ""));
 }
 
 TEST(RemoveQuotes, DoesNotTakeOneQuoteForTwo) {
-  EXPECT_EQ(Removed(" \" "), "-\"");
+  EXPECT_EQ(Removed(" \" "), Removal(false, "\""));
 }
 
 TEST(RemoveQuotes, LeavesNothingOfTwoQuotes) {
-  EXPECT_EQ(Removed("\"\""), "+");
+  EXPECT_EQ(Removed("\"\""), Removal(true, ""));
 }
 
 TEST(RemoveQuotes, LeavesInnerQuotesAsTheyAre) {
-  EXPECT_EQ(Removed("\"\"a\"\"b\"\""), "+\"a\"\"b\"");
+  EXPECT_EQ(Removed("\"\"a\"\"b\"\""), Removal(true, "\"a\"\"b\""));
 }
 
 TEST(RemoveQuotes, WritesOverTheTextThatItReads) {
@@ -123,7 +126,7 @@ TEST(RemoveQuotesAndWhitespaces, AgreesWithRemovalByteByByteOnRandomTexts) {
     const std::string trimmed = trim(text);
     const bool isQuoted = trimmed.size() > 1 && trimmed[0] == '"' && trimmed.back() == '"';
     ASSERT_EQ(Removed(text),
-              isQuoted ? "+" + trimmed.substr(1, trimmed.size() - 2) : "-" + trimmed);
+              Removal(isQuoted, isQuoted ? trimmed.substr(1, trimmed.size() - 2) : trimmed));
   }
 }
 

@@ -54,7 +54,8 @@ Fields SplitQuot(const std::string& text, const std::string& separators, bool ke
 Fields SplitQuotAll(const std::string& text, const std::string& separators,
                     bool keepEmpty = false) {
   Fields fields;
-  EXPECT_EQ(SplitStringQuot(text.c_str(), separators.c_str(), &fields, keepEmpty), fields.size());
+  const unsigned int count = SplitStringQuot(text.c_str(), separators.c_str(), &fields, keepEmpty);
+  EXPECT_EQ(count, fields.size());
   return fields;
 }
 
@@ -196,7 +197,7 @@ TEST_P(ArraySplitters, LetAFailedAllocationPassAndStopTheProgress) {
 }
 
 TEST_P(ArraySplitters, TakeTimeInProportionToTheText) {
-  for (const std::string& piece : {"a,", ",", "\"", "abcdefg", "\",\"", "\"\","}) {
+  for (const char* const piece : {"a,", ",", "\"", "abcdefg", "\",\"", "\"\","}) {
     std::string text;
     const auto split = [&](unsigned long count) {
       text.clear();
@@ -341,7 +342,7 @@ TEST(SplitStringQuot, LeavesTheFieldsBeforeAFailedAllocationInTheVector) {
 }
 
 TEST(SplitStringQuot, TakesTimeInProportionToTheTextWithAVectorToo) {
-  for (const std::string& piece : {"a,", ",", "\"", "\",\""}) {
+  for (const char* const piece : {"a,", ",", "\"", "\",\""}) {
     const auto split = [&](unsigned long count) {
       std::string text;
       for (unsigned long i = 0; i < count; ++i) text += piece;
