@@ -15,6 +15,7 @@
 #include "SatCommonUtils/Module.h"
 #include "SatCommonUtils/Raster.h"
 #include "SatCommonUtils/Shapefile.h"
+#include "SatCommonUtils/Tree.h"
 
 namespace {
 
@@ -120,6 +121,35 @@ TEST(LayoutTest, TheSuperTiledRasterAddsTilesAndTileBuffer) {
   EXPECT_EQ(Offset(raster, raster.tileBuffer), 160);
   EXPECT_EQ(Offset(raster, raster.tileBufferSize), 168);
   EXPECT_EQ(sizeof(TSuperTiledDibDataEnvelope), 176u);
+}
+
+TEST(LayoutTest, AFieldHasItsMembersInOrder) {
+  const TStringTreeField field(1, 0, "value", "header");
+  EXPECT_EQ(Offset(field, field.tag), 8);
+  EXPECT_EQ(Offset(field, field.idx), 12);
+  EXPECT_EQ(Offset(field, field.count), 16);
+  EXPECT_EQ(Offset(field, field.values), 24);
+  EXPECT_EQ(Offset(field, field.header), 32);
+  EXPECT_EQ(sizeof(TDataField<std::string>), 64u);
+  EXPECT_EQ(sizeof(TStringTreeField), 64u);
+  static_assert(std::is_same_v<decltype(TStringTreeField::tag), int>);
+  static_assert(std::is_same_v<decltype(TStringTreeField::idx), int>);
+  static_assert(std::is_same_v<decltype(TStringTreeField::count), unsigned long>);
+}
+
+TEST(LayoutTest, ATreeHasItsMembersInOrder) {
+  const TStringTree tree(1, 0, nullptr, "header");
+  EXPECT_EQ(Offset(tree, tree.parent), 8);
+  EXPECT_EQ(Offset(tree, tree.subtrees), 16);
+  EXPECT_EQ(Offset(tree, tree.fields), 40);
+  EXPECT_EQ(Offset(tree, tree.tag), 64);
+  EXPECT_EQ(Offset(tree, tree.idx), 68);
+  EXPECT_EQ(Offset(tree, tree.header), 72);
+  EXPECT_EQ(sizeof(TPtrVector<TStringTree>), 24u);
+  EXPECT_EQ(sizeof(TDataTree<std::string>), 104u);
+  EXPECT_EQ(sizeof(TStringTree), 104u);
+  static_assert(std::is_same_v<decltype(TStringTree::tag), int>);
+  static_assert(std::is_same_v<decltype(TStringTree::idx), int>);
 }
 
 TEST(LayoutTest, AnOutputBufferIsAddressAndStrideOwnedOrNot) {

@@ -12,6 +12,7 @@
 
 #include "SatCommonUtils/Raster.h"
 #include "SatCommonUtils/Shapefile.h"
+#include "SatCommonUtils/Tree.h"
 
 namespace {
 
@@ -115,6 +116,34 @@ const Slots kShapeFileOperations = {
     "destructor", "deleting destructor",   "Initialize(TKvStream*)", "Write(TKvStream*) const",
     "Reset()",    "operator bool() const",
 };
+
+/// The operations of a field and of a tree of texts. Their destructors are not virtual. The
+/// compiler marks a result that is a string only where no other part of the name has one.
+const Slots kFieldOperations = {
+    "WriteToString(char*, unsigned long, unsigned long) const",
+    "WriteToXML(TKvXIniWriter*) const",
+    "ValueToString(unsigned long, char*, unsigned long) const",
+    "ValueToString(unsigned long) const",
+    "StringToValue(char const*, unsigned long, unsigned long)",
+    "StringToValue(" + kText + " const&, unsigned long)",
+};
+
+const Slots kTreeOperations = {
+    "WriteToXML(TKvXIniWriter*) const",
+    "CreateSubtree(int, int, " + kText + ")",
+    "CreateSubtree(char const*, unsigned long*)",
+    "CreateSubtree(TKvXIniReader*, unsigned long)",
+    "CreateField(int, int, " + kText + "*, unsigned long, " + kText + ")",
+    "CreateField(int, int, " + kText + " const&, " + kText + ")",
+    "CreateField(char const*, unsigned long*)",
+    "CreateField(TKvXIniReader*, unsigned long)",
+};
+
+/// With the compiler's mark of a string in the result put into the names of some operations.
+Slots Marked(Slots operations, const std::vector<std::size_t>& which) {
+  for (const std::size_t i : which) operations[i].insert(operations[i].find('('), "[abi:cxx11]");
+  return operations;
+}
 
 /// Compares the slots of a class with each operation and the class that supplies it; "" for a pure
 /// one. The destructors of an abstract class are never called through its vtable, so g++ leaves
@@ -250,6 +279,33 @@ TEST(VtableTest, AShapeFileHasItsSlotsInOrder) {
 TEST(VtableTest, ThePolygonOverridesEveryOperationOfAShapeFile) {
   ExpectSlots("_ZTVN14SatCommonUtils21TShapeFilePolygonDataE", kShapeFileOperations,
               Slots(6, "SatCommonUtils::TShapeFilePolygonData"));
+}
+
+const std::string DF = "SatCommonUtils::TDataField<" + kText + " >";
+const std::string DT = "SatCommonUtils::TDataTree<" + kText + " >";
+
+TEST(VtableTest, TheFieldHasItsSixSlotsInOrderWithoutADestructor) {
+  ExpectSlots(
+      "_ZTVN14SatCommonUtils10TDataFieldINSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEEEE",
+      kFieldOperations, Slots(6, DF));
+}
+
+TEST(VtableTest, TheTreeHasItsEightSlotsInOrderWithoutADestructor) {
+  ExpectSlots(
+      "_ZTVN14SatCommonUtils9TDataTreeINSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEEEE",
+      kTreeOperations, Slots(8, DT));
+}
+
+TEST(VtableTest, TheStringTreeFieldOverridesTheFourValueConversions) {
+  const std::string F = "SatCommonUtils::TStringTreeField";
+  ExpectSlots("_ZTVN14SatCommonUtils16TStringTreeFieldE", Marked(kFieldOperations, {3}),
+              {DF, DF, F, F, F, F});
+}
+
+TEST(VtableTest, TheStringTreeOverridesTheSevenFactories) {
+  const std::string S = "SatCommonUtils::TStringTree";
+  ExpectSlots("_ZTVN14SatCommonUtils11TStringTreeE", Marked(kTreeOperations, {2, 3, 6, 7}),
+              {DT, S, S, S, S, S, S, S});
 }
 
 TEST(VtableTest, AnObjectStartsWithThePointerToItsExportedVtable) {

@@ -1,0 +1,21 @@
+#include "tree/ForeignCall.h"
+
+#include <stdexcept>
+
+namespace SatCommonUtils {
+namespace {
+
+thread_local int depth = 0;
+
+}  // namespace
+
+ForeignCall::ForeignCall() {
+  if (depth == kDeepest) throw std::length_error("a data tree lies too deep for its class");
+  ++depth;
+}
+
+ForeignCall::~ForeignCall() {
+  --depth;
+}
+
+}  // namespace SatCommonUtils

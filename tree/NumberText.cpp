@@ -1,0 +1,50 @@
+#include "tree/NumberText.h"
+
+#include <locale.h>
+
+#include <charconv>
+#include <cstdio>
+
+namespace SatCommonUtils {
+namespace {
+
+/// This thread's locale is C while it lives.
+class ClassicLocale {
+ public:
+  ClassicLocale() : classic_(newlocale(LC_ALL_MASK, "C", nullptr)), former_(uselocale(classic_)) {}
+  ClassicLocale(const ClassicLocale&) = delete;
+  ClassicLocale& operator=(const ClassicLocale&) = delete;
+  ~ClassicLocale() {
+    uselocale(former_);
+    if (classic_ != nullptr) freelocale(classic_);
+  }
+
+ private:
+  locale_t classic_;
+  locale_t former_;
+};
+
+}  // namespace
+
+std::string NumberToText(int number) {
+  return std::to_string(number);
+}
+
+std::string NumberToText(double number) {
+  constexpr int kDigits = 16;
+  char text[kDigits + 16];
+  const std::to_chars_result result =
+      std::to_chars(text, text + sizeof text, number, std::chars_format::general, kDigits);
+  return {text, result.ptr};
+}
+
+bool TextToNumber(const std::string& text, int* number) {
+  return std::sscanf(text.c_str(), "%d", number) == 1;
+}
+
+bool TextToNumber(const std::string& text, double* number) {
+  const ClassicLocale locale;
+  return std::sscanf(text.c_str(), "%lf", number) == 1;
+}
+
+}  // namespace SatCommonUtils
