@@ -48,7 +48,7 @@ class TPvlConversion {
     return result;
   }
 
-  const std::string& Text() const { return text_.Text(); }
+  std::string_view Text() const { return text_.View(); }
   /// Where the statement that was taken last begins.
   std::size_t Statement() const { return statement_; }
   /// Why a statement failed.
@@ -74,7 +74,7 @@ class TPvlConversion {
   bool TakeKeyword(std::string_view keyword) {
     const std::size_t behind = pos_ + keyword.size();
     if (text_[pos_] != keyword.front() || behind >= text_.Size() ||
-        text_.Text().compare(pos_, keyword.size(), keyword) != 0 ||
+        text_.View().compare(pos_, keyword.size(), keyword) != 0 ||
         IsWordCharacter(text_[behind])) {
       return false;
     }
@@ -124,7 +124,7 @@ class TPvlConversion {
 
   bool TakeVariable() {
     if (!variable_detected(text_, &pos_, &name_, &value_)) {
-      const std::size_t lineEnd = text_.Text().find('\n', pos_);
+      const std::size_t lineEnd = text_.View().find('\n', pos_);
       pos_ = lineEnd == std::string::npos ? text_.Size() : lineEnd + 1;
       return true;
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Kv/Stream.h"
@@ -15,7 +16,7 @@ namespace SatCommonUtils {
 /// What tells one dialect from the other.
 struct TPvlDialect {
   const char* groupKeyword;  ///< opens a group
-  const char* lineEnd;       ///< put behind every line
+  std::string_view lineEnd;  ///< put behind every line
   bool needsInput;           ///< whether an input that is not open, or empty, is a failure
   const char* malformedEnd;  ///< what is wrong about an END without its ';'
 };

@@ -1,31 +1,62 @@
 #include "metadata/PvlInput.h"
 
 #include <algorithm>
-#include <string_view>
+#include <cstring>
+#include <typeinfo>
+
+#include "metadata/PvlText.h"
 
 namespace SatCommonUtils {
+namespace {
 
-TPvlInput ReadPvlInput(TKvStream& in, const char* lineEnd) {
+/// The size of the buffer that a line is read into.
+constexpr unsigned long kLine = 1024;
+
+/// Reads line by line, as any stream can be read.
+TPvlInput ReadLines(TKvStream& in, std::string_view lineEnd) {
   TPvlInput input;
-  const std::string_view ending = lineEnd;
-  char line[1024];
+  char line[kLine];
   unsigned long lines = 0;
   in.SetPos(0);
   while (!in.Eof()) {
-    line[sizeof line - 1] = '\n';
-    const unsigned long consumed = in.ReadLine(line, sizeof line);
+    line[kLine - 1] = '\n';
+    const unsigned long consumed = in.ReadLine(line, kLine);
     if (consumed == 0) continue;
-    input.text.append(line).append(ending);
+    input.text.append(line, strnlen(line, kLine)).append(lineEnd);
     // As many bytes with the line's LF among them leave the last byte of the buffer alone.
-    if (consumed == sizeof line - 1 && line[sizeof line - 1] == '\0') {
-      input.unfinished.push_back(lines);
-    }
+    if (consumed == kLine - 1 && line[kLine - 1] == '\0') input.unfinished.push_back(lines);
     ++lines;
   }
   return input;
 }
 
-unsigned long InputLine(const std::string& text, const std::vector<unsigned long>& unfinished,
+/// What ReadLines gives for a stream of these bytes.
+TPvlInput SplitLines(std::string_view bytes, std::string_view lineEnd) {
+  TPvlInput input;
+  // Enough for lines of 16 bytes; for shorter ones the text grows.
+  input.text.reserve(bytes.size() + bytes.size() / 8 + TPvlText::kPadding);
+  for (unsigned long lines = 0; !bytes.empty(); ++lines) {
+    const std::size_t lf = bytes.substr(0, kLine).find('\n');
+    const bool ended = lf != std::string_view::npos;
+    const std::string_view line = bytes.substr(0, ended ? lf : kLine - 1);
+    input.text.append(line.substr(0, line.find('\0'))).append(lineEnd);
+    if (!ended && line.size() == kLine - 1) input.unfinished.push_back(lines);
+    bytes.remove_prefix(line.size() + (ended ? 1 : 0));
+  }
+  return input;
+}
+
+}  // namespace
+
+TPvlInput ReadPvlInput(TKvStream& in, std::string_view lineEnd) {
+  // Of a derived stream every line is read, as callers rely on.
+  if (typeid(in) != typeid(TKvMemoryStream)) return ReadLines(in, lineEnd);
+  const std::string& bytes = static_cast<const TKvMemoryStream&>(in).Bytes();
+  in.SetPos(bytes.size());
+  return SplitLines(bytes, lineEnd);
+}
+
+unsigned long InputLine(std::string_view text, const std::vector<unsigned long>& unfinished,
                         std::size_t pos) {
   const auto place = text.begin() + static_cast<std::ptrdiff_t>(std::min(pos, text.size()));
   const auto line = static_cast<unsigned long>(std::count(text.begin(), place, '\n'));

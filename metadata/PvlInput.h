@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Kv/Stream.h"
@@ -18,10 +19,10 @@ struct TPvlInput {
 
 /// All lines of `in` from its beginning, every one followed by `lineEnd`. A line ends at a NUL
 /// byte; one longer than the buffer comes as several.
-TPvlInput ReadPvlInput(TKvStream& in, const char* lineEnd);
+TPvlInput ReadPvlInput(TKvStream& in, std::string_view lineEnd);
 
 /// The line of the input, counted from 1, that the place `pos` of `text` comes from.
-unsigned long InputLine(const std::string& text, const std::vector<unsigned long>& unfinished,
+unsigned long InputLine(std::string_view text, const std::vector<unsigned long>& unfinished,
                         std::size_t pos);
 
 }  // namespace SatCommonUtils

@@ -1,7 +1,5 @@
 #include "metadata/PvlScanner.h"
 
-#include <array>
-#include <string_view>
 #include <utility>
 
 #include "Kv/Text.h"
@@ -9,50 +7,29 @@
 namespace SatCommonUtils {
 namespace {
 
-/// Which characters belong to a set.
-using TCharacters = std::array<bool, 256>;
-
-constexpr TCharacters CharactersOf(std::string_view members) {
-  TCharacters characters{};
-  for (const char c : members) characters[static_cast<unsigned char>(c)] = true;
-  return characters;
-}
-
-constexpr TCharacters kName =
-    CharactersOf("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_");
-/// What means something in a value.
-constexpr TCharacters kSpecial = CharactersOf("\\;\"");
-
-bool IsIn(const TCharacters& characters, char c) {
-  return characters[static_cast<unsigned char>(c)];
-}
-
-/// The text from `start` to `end`, trimmed, when it is a name. Looks no further than the first
-/// character that no name has.
-bool ScanName(TPvlText& text, std::size_t start, std::size_t end, std::string* name) {
+/// Reads a name and the blanks around it. Returns the position of the '=' behind it, which is the
+/// first from `start` on; npos when there is none or something else stands before it.
+std::size_t ScanName(TPvlText& text, std::size_t start, std::string* name) {
   const std::size_t first = text.SkipTrimmed(start, TPvlText::sdBefore);
-  if (first >= end) {
-    name->clear();
-    return true;
-  }
-  std::size_t last = first;
-  while (last < end && IsIn(kName, text[last])) ++last;
-  if (last != end && text.SkipTrimmed(last, TPvlText::sdBehind) < end) return false;
-  name->assign(text.Text(), first, last - first);
-  return true;
+  const std::size_t last = text.SkipName(first);
+  const std::size_t equals = text.SkipTrimmed(last, TPvlText::sdBehind);
+  if (equals == start || equals == text.Size() || text[equals] != '=') return std::string::npos;
+  name->assign(text.Data() + first, last - first);
+  return equals;
 }
 
 /// Takes a value apart from `pos` on; returns the position behind its ';', npos when none ends it.
-std::size_t ScanValue(const std::string& text, std::size_t pos, std::string* value) {
+std::size_t ScanValue(const TPvlText& text, std::size_t pos, std::string* value) {
   value->clear();
   bool quoted = false;
   char previous = '=';
-  while (pos < text.size()) {
+  TPvlSpecials specials(text.Data(), text.Size());
+  while (pos < text.Size()) {
     const std::size_t plain = pos;
-    while (pos < text.size() && !IsIn(kSpecial, text[pos])) ++pos;
+    pos = specials.Find(pos);
     if (pos > plain) {
       if (previous == '\\') value->push_back('\\');
-      value->append(text, plain, pos - plain);
+      value->append(text.Data() + plain, pos - plain);
       previous = text[pos - 1];
       continue;
     }
@@ -74,10 +51,9 @@ std::size_t ScanValue(const std::string& text, std::size_t pos, std::string* val
 bool variable_detected(TPvlText& text, std::size_t* pos, std::string* name, std::string* value) {
   const std::size_t start = text.SkipWhite(*pos);
   *pos = start;
-  const std::size_t equals = text.FindEquals(start);
-  if (equals == std::string::npos || equals == start) return false;
-  if (!ScanName(text, start, equals, name) || !text.MayEnd(equals + 1)) return false;
-  const std::size_t end = ScanValue(text.Text(), equals + 1, value);
+  const std::size_t equals = ScanName(text, start, name);
+  if (equals == std::string::npos || !text.MayEnd(equals + 1)) return false;
+  const std::size_t end = ScanValue(text, equals + 1, value);
   if (end == std::string::npos) {
     text.LookForEnds();
     return false;

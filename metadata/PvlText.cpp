@@ -3,12 +3,9 @@
 #include <utility>
 
 namespace SatCommonUtils {
-TPvlText::TPvlText(std::string text) : text_(std::move(text)) {}
 
-std::size_t TPvlText::FindEquals(std::size_t pos) {
-  if (equals_ == std::string::npos) return equals_;
-  if (equals_ < pos || text_[equals_] != '=') equals_ = text_.find('=', pos);
-  return equals_;
+TPvlText::TPvlText(std::string text) : text_(std::move(text)), size_(text_.size()) {
+  text_.append(kPadding, '\0');
 }
 
 std::size_t TPvlText::EndOfTrimmed(std::size_t pos, TSide side) {

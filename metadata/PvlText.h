@@ -3,6 +3,9 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
+
+#include "metadata/PvlBlocks.h"
 
 namespace SatCommonUtils {
 
@@ -11,10 +14,15 @@ namespace SatCommonUtils {
 /// also when an answer lies far ahead of many positions, or nowhere.
 class TPvlText {
  public:
+  /// What the text grows by.
+  static constexpr std::size_t kPadding = kPvlBlock;
+
   explicit TPvlText(std::string text);
 
-  const std::string& Text() const { return text_; }
-  std::size_t Size() const { return text_.size(); }
+  /// Size() bytes.
+  const char* Data() const { return text_.data(); }
+  std::size_t Size() const { return size_; }
+  std::string_view View() const { return {Data(), size_}; }
   char operator[](std::size_t pos) const { return text_[pos]; }
 
   /// Space, tab, CR or LF: no other character is white space here.
@@ -28,8 +36,10 @@ class TPvlText {
     while (white_ < Size() && IsWhite(text_[white_])) ++white_;
     return white_ < Size() ? white_ : pos;
   }
-  /// The first '=' at or after `pos`; npos when there is none.
-  std::size_t FindEquals(std::size_t pos);
+  /// The first character at or after `pos` that no name has; the size when there is none.
+  std::size_t SkipName(std::size_t pos) const {
+    return FindInBlocks(Data(), pos, size_, NotInName);
+  }
   /// The first character at or after `pos` that trim keeps; the size when there is none. `side`
   /// says on which side of a name the blanks stand, because both runs may be asked for by turns.
   enum TSide { sdBefore = 0, sdBehind = 1 };
@@ -49,9 +59,9 @@ class TPvlText {
     return text_[pos] == '"' && (pos == 0 || text_[pos - 1] != '\\');
   }
 
-  std::string text_;
-  std::size_t white_ = 0;   ///< where the search for other characters has come to
-  std::size_t equals_ = 0;  ///< the same for '='
+  std::string text_;  ///< with a block of NUL bytes behind it
+  std::size_t size_;
+  std::size_t white_ = 0;  ///< where the search for other characters has come to
   /// The run of blanks looked at last.
   struct TRun {
     std::size_t begin = 0;

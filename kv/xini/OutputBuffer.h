@@ -26,6 +26,14 @@ class OutputBuffer {
     used_ += text.size();
   }
   void Append(char c) { Append(std::string_view(&c, 1)); }
+  /// Room for `size` bytes that are about to be written, null when they are more than ever fit;
+  /// Took then says where they end.
+  char* Room(std::size_t size) {
+    if (size > kCapacity) return nullptr;
+    if (size > kCapacity - used_) Flush();
+    return buffer_.data() + used_;
+  }
+  void Took(const char* end) { used_ = static_cast<std::size_t>(end - buffer_.data()); }
   void Flush();
 
   bool HasFailed() const { return hasFailed_; }

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
+#include "text/Blocks.h"
 #include "xini/Base64.h"
 #include "xini/XIniElement.h"
 #include "xml/XmlCharacters.h"
@@ -25,23 +27,24 @@ constexpr Escapes MakeEscapes(bool inAttribute, bool onOneLine) {
   return escapes;
 }
 
+/// How many tabs a line is indented by at most.
+constexpr long long kDeepest = 32;
+/// Names and texts of more bytes are not put together in the buffer.
+constexpr std::size_t kShortLeaf = 4096;
+
 constexpr Escapes kInText = MakeEscapes(false, false);
 constexpr Escapes kInCompactText = MakeEscapes(false, true);
 constexpr Escapes kInAttribute = MakeEscapes(true, true);
 
-/// ASCII that stands in text as it is, wherever.
-constexpr std::array<bool, 256> MakePlain() {
-  std::array<bool, 256> plain{};
-  for (std::size_t c = ' '; c < 0x80; ++c) plain[c] = kInCompactText[c].empty();
-  plain['\t'] = true;
-  return plain;
-}
-
-constexpr std::array<bool, 256> kPlain = MakePlain();
-
+/// Whether the text is ASCII that stands in XML as it is, wherever.
 bool IsPlain(std::string_view text) {
-  return std::all_of(text.begin(), text.end(),
-                     [](char c) { return kPlain[static_cast<unsigned char>(c)]; });
+  return kv::AllFit(text, [](__m128i block) {
+    // Bytes from 0x80 on are negative, so less than a blank too.
+    const __m128i control =
+        _mm_andnot_si128(kv::Equal(block, '\t'), _mm_cmplt_epi8(block, _mm_set1_epi8(' ')));
+    const __m128i bracket = _mm_or_si128(kv::Equal(block, '<'), kv::Equal(block, '>'));
+    return _mm_or_si128(_mm_or_si128(control, bracket), kv::Equal(block, '&'));
+  });
 }
 
 void AppendEscaped(kv::OutputBuffer* output, std::string_view text, const Escapes& escapes) {
@@ -108,8 +111,9 @@ void XmlElementWriter::End() {
 
 void XmlElementWriter::Leaf(const std::string& name, std::string_view text) {
   CloseStartTag();
-  Indent();
   const bool isPlain = IsPlain(text);
+  if (isPlain && IsTagName(name) && PlainLeaf(name, text)) return;
+  Indent();
   const bool isBinary = !isPlain && !IsXmlText(text);
   const std::string_view tag = StartTag(name, isBinary);
   if (text.empty()) {
@@ -137,14 +141,33 @@ bool XmlElementWriter::AddAttribute(const std::string& name, std::string_view te
   return true;
 }
 
-void XmlElementWriter::Indent() {
-  if (IsCompact()) return;
-  constexpr std::string_view kTabs =
-      "\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t";
-  static_assert(kTabs.size() == 32);
+bool XmlElementWriter::PlainLeaf(std::string_view tag, std::string_view text) {
+  if (text.empty() || std::max(tag.size(), text.size()) > kShortLeaf) return false;
+  const std::size_t depth = Depth();
+  char* to = output_->Room(depth + 2 * tag.size() + text.size() + std::strlen("<></>\n"));
+  to = std::fill_n(to, depth, '\t');
+  *to++ = '<';
+  to = CopyTo(to, tag);
+  *to++ = '>';
+  to = CopyTo(to, text);
+  *to++ = '<';
+  *to++ = '/';
+  to = CopyTo(to, tag);
+  *to++ = '>';
+  if (!IsCompact()) *to++ = '\n';
+  output_->Took(to);
+  return true;
+}
+
+std::size_t XmlElementWriter::Depth() const {
+  if (IsCompact()) return 0;
   const long long depth = indent_ + static_cast<long long>(open_.size());
-  const long long most = kTabs.size();
-  output_->Append(kTabs.substr(0, static_cast<std::size_t>(std::clamp(depth, 0LL, most))));
+  return static_cast<std::size_t>(std::clamp<long long>(depth, 0, kDeepest));
+}
+
+void XmlElementWriter::Indent() {
+  const std::size_t depth = Depth();
+  output_->Took(std::fill_n(output_->Room(depth), depth, '\t'));
 }
 
 void XmlElementWriter::EndLine() {

@@ -38,7 +38,12 @@ class XmlElementWriter {
   };
 
   bool IsCompact() const { return !open_.empty() && open_.back().isCompact; }
+  /// How many tabs stand before an element.
+  std::size_t Depth() const;
   void Indent();
+  /// Writes a leaf whose tag and text stand as they are; false, and nothing written, when there is
+  /// no text or one of them is long.
+  bool PlainLeaf(std::string_view tag, std::string_view text);
   void EndLine();
   void CloseStartTag();
   /// "<name", its `_name` and `_enc`; returns the tag.

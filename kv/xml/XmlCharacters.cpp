@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "text/Blocks.h"
 #include "text/Utf8.h"
 
 namespace {
@@ -48,20 +49,6 @@ constexpr bool IsNameCharacter(char32_t code) {
   return IsNameStart(code) || (code >= '0' && code <= '9') || code == '-' || code == '.';
 }
 
-/// Where in a name a character may stand.
-enum class NamePlace : unsigned char { kNowhere, kFurther, kAnywhere };
-
-constexpr std::array<NamePlace, 0x80> PlacesOfAscii() {
-  std::array<NamePlace, 0x80> places{};
-  for (unsigned char c = 0; c < places.size(); ++c) {
-    if (IsNameCharacter(c)) places[c] = NamePlace::kFurther;
-    if (IsNameStart(c)) places[c] = NamePlace::kAnywhere;
-  }
-  return places;
-}
-
-constexpr std::array<NamePlace, 0x80> kAsciiNames = PlacesOfAscii();
-
 bool IsPlainAscii(unsigned char byte) {
   const bool isSpace = (byte == '\t') | (byte == '\n') | (byte == '\r');
   return ((byte >= 0x20) & (byte < 0x80)) | isSpace;
@@ -74,6 +61,16 @@ bool IsPlainAscii(const char* bytes, std::size_t count) {
     odd |= static_cast<unsigned char>(!IsPlainAscii(static_cast<unsigned char>(bytes[i])));
   }
   return odd == 0;
+}
+
+// Whether all are ASCII characters that may stand further in a name, and there are any.
+bool IsAsciiNameTail(std::string_view text) {
+  return !text.empty() && kv::AllFit(text, [](__m128i block) {
+    const __m128i lower = _mm_or_si128(block, _mm_set1_epi8(0x20));
+    const __m128i word = _mm_or_si128(kv::Between(lower, 'a', 'z'), kv::Between(block, '0', '9'));
+    const __m128i mark = _mm_or_si128(kv::Equal(block, '_'), kv::Between(block, '-', '.'));
+    return _mm_xor_si128(_mm_or_si128(word, mark), _mm_set1_epi8(-1));
+  });
 }
 
 // Bytes of the character that XML allows at the front of `text`, which is not empty; 0 when there
@@ -114,14 +111,9 @@ std::size_t FindNonXml(std::string_view text) {
 }
 
 bool IsXmlName(std::string_view text) {
+  if (IsAsciiNameTail(text)) return IsNameStart(static_cast<unsigned char>(text[0]));
   std::size_t i = 0;
   while (i < text.size()) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    if (byte < kAsciiNames.size()) {
-      if (kAsciiNames[byte] < (i == 0 ? NamePlace::kAnywhere : NamePlace::kFurther)) return false;
-      ++i;
-      continue;
-    }
     const std::size_t length = Utf8CharacterLength(text.substr(i));
     if (length == 0) return false;
     const char32_t code = Utf8CodePoint(text.substr(i), length);

@@ -3,11 +3,13 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <random>
 #include <stdexcept>
 #include <thread>
 #include <vector>
 
 #include "metadata/PvlTest.h"
+#include "metadata/PvlTexts.h"
 #include "support/FailingNew.h"
 
 namespace metadata_test {
@@ -54,6 +56,37 @@ TEST_P(PvlStreams, ReadsLinesAroundMultiplesOfTheLineBufferAsTheModelDoes) {
         EXPECT_EQ(Run(blanks), Expected(blanks)) << length;
       }
     }
+  }
+}
+
+/// A stream of a host's own, of which every line is read.
+class OwnMemoryStream : public TKvMemoryStream {
+ public:
+  using TKvMemoryStream::TKvMemoryStream;
+};
+
+/// Random pieces of the syntax with lines about as long as the line buffer among them.
+std::string RandomLongLines(std::mt19937* random) {
+  std::string text = RandomPvl(random, (*random)() % 200);
+  for (unsigned long lines = (*random)() % 4; lines > 0; --lines) {
+    const std::size_t length = ((*random)() % 3 + 1) * 1023 - 3 + (*random)() % 7;
+    text.append(length, (*random)() % 2 == 0 ? 'x' : ' ');
+    if ((*random)() % 4 == 0) text[(*random)() % text.size()] = '\0';
+    text += RandomPvl(random, (*random)() % 60);
+  }
+  return text;
+}
+
+TEST_P(PvlStreams, ReadAMemoryStreamWhereItLiesAsAnyStreamLineByLine) {
+  std::mt19937 random(20);
+  for (int i = 0; i < 20000; ++i) {
+    const std::string text = RandomLongLines(&random);
+    const StreamPointer whole(new TKvMemoryStream(text));
+    const StreamPointer lines(new OwnMemoryStream(text));
+    ASSERT_EQ(ConvertStream(GetParam(), whole), ConvertStream(GetParam(), lines))
+        << testing::PrintToString(text);
+    ASSERT_EQ(whole->GetPos(), lines->GetPos());
+    ASSERT_EQ(whole->Eof(), lines->Eof());
   }
 }
 
