@@ -23,7 +23,7 @@ class TWktWriter {
     names_.push_back(std::move(name));
     if (names_.back().empty()) {
       Indent(0);
-      out_.append("<?xml version=\"1.0\" encoding=\"").append(encoding).append("\"?>\r\n");
+      out_.append(R"(<?xml version="1.0" encoding=")").append(encoding).append("\"?>\r\n");
     } else {
       Tag("<");
     }

@@ -40,7 +40,7 @@ EncodedParts EncodedPartsOf(pugi::xml_node element) {
 
 void CheckXIniElement(const XmlDocument& document, pugi::xml_node element) {
   const auto parts = ParseParts(element.attribute(kEncodedMark).value());
-  if (!parts) document.Fail(element, "\"_enc\" is none of \"name\", \"value\", \"name value\"");
+  if (!parts) document.Fail(element, R"("_enc" is none of "name", "value", "name value")");
   std::string bytes;
   if (parts->name && !DecodeBase64(element.attribute(kNameMark).value(), &bytes)) {
     document.Fail(element, "the name is not base64");

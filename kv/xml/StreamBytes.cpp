@@ -27,7 +27,7 @@ StreamBytes::StreamBytes(TKvStream& stream) {
 void StreamBytes::Grow(std::size_t capacity) {
   char* grown = static_cast<char*>(std::realloc(bytes_.get(), capacity));
   if (grown == nullptr) throw std::bad_alloc();
-  bytes_.release();
+  static_cast<void>(bytes_.release());  // freed already
   bytes_.reset(grown);
 }
 

@@ -10,7 +10,7 @@ var_a_legacy::var_a<TKvXmlItem*> TKvXmlTreeBuilder::Build(pugi::xml_node root) {
       builder.TakeNext();
       continue;
     }
-    const var_a_legacy::var_a<TKvXmlItem*> item = builder.Close();
+    var_a_legacy::var_a<TKvXmlItem*> item = builder.Close();
     if (builder.open_.empty()) return item;
     builder.open_.back().items->children.push_back(item);
   }
