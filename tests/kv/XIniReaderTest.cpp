@@ -103,6 +103,15 @@ TEST(XIniReader, ThrowsWhenANameThatMustBeThereIsNot) {
   EXPECT_THROW(reader.FindFE(nullptr, 0), TKvError);
 }
 
+TEST(XIniReader, CutsLongNamesInMessages) {
+  TKvXIniReader reader(MakeStream("<r/>"));
+  const std::string name(60, 'a');
+  EXPECT_EQ(ErrorOf([&] { reader.FindFE(name.c_str(), 0); }),
+            "XML-ini: there is no item \"" + name + "\"");
+  EXPECT_EQ(ErrorOf([&] { reader.FindFE((name + "b").c_str(), 0); }),
+            "XML-ini: there is no item \"" + name + "...\"");
+}
+
 TEST(XIniReader, EntersAndLeavesSectionsByName) {
   TKvXIniReader reader(MakeStream("<r><s><t><a>1</a></t></s><a>2</a></r>"));
   const unsigned long s = reader.EnterSectionSE("s");
@@ -426,9 +435,17 @@ TEST(XIniReader, ReadsBrokenSurrogatesAsReplacementCharacters) {
   EXPECT_EQ(FirstValue(Utf16(text, true)), "\xEF\xBF\xBD\xEF\xBF\xBDx\xEF\xBF\xBD");
 }
 
+TEST(XIniReader, RefusesUtf16ThatEndsWithinACharacter) {
+  for (const bool bigEndian : {false, true}) {
+    EXPECT_THAT(ReadError(Utf16(u"\uFEFF<r/>", bigEndian) + " "),
+                HasSubstr("text outside the root element"));
+  }
+}
+
 TEST(XIniReader, ReadsTheSingleByteEncodingsThatADeclarationNames) {
   const std::string rest = "?><r><a>\xE9\x80</a></r>";
   EXPECT_EQ(FirstValue("<?xml version='1.0' encoding='ISO-8859-1'" + rest), "\xC3\xA9\xC2\x80");
+  EXPECT_EQ(FirstValue("<?xml version='1.0' encoding='Latin1'" + rest), "\xC3\xA9\xC2\x80");
   EXPECT_EQ(FirstValue("<?xml version='1.0' encoding=\"windows-1252\"" + rest),
             "\xC3\xA9\xE2\x82\xAC");
 }

@@ -321,6 +321,16 @@ TEST(XIniStreamWriter, GivesTheSameAttributeToOneSectionAfterTheOther) {
             "<s a=\"0\"/>\n<s a=\"1\"/>\n");
 }
 
+TEST(XIniStreamWriter, GivesTheSameAttributeToASectionAndToOneInsideIt) {
+  EXPECT_EQ(InSection([](Writer& writer) {
+              writer.SetAttributeMode(true);
+              writer.WriteS<int>("a", 1);
+              writer.BeginSectionS("t");
+              writer.WriteS<int>("a", 2);
+            }),
+            "<s a=\"1\">\n\t<t a=\"2\"/>\n</s>\n");
+}
+
 // Numbers.
 
 std::string DoubleText(double value) {
@@ -541,6 +551,15 @@ TEST(XIniStreamWriter, GivesNothingMoreToAStreamThatTookFewerBytesThanGiven) {
   EXPECT_FALSE(writer.WriteS<std::string>("a", std::string(200000, 'a')));
   EXPECT_FALSE(writer.Close());
   EXPECT_EQ(limited->Writes(), writes);
+}
+
+TEST(XIniStreamWriter, GivesNothingMoreToAStreamThatTookFewerBytesInTheMiddleOfAnItem) {
+  auto* limited = new LimitedStream(100000);
+  const StreamPointer stream(limited);
+  Writer writer(stream, 0, Writer::htDocument);
+  EXPECT_FALSE(writer.WriteS<std::string>("a", std::string(200000, '&')));
+  EXPECT_FALSE(writer.Close());
+  EXPECT_EQ(limited->Writes(), 2U) << "the first is taken whole";
 }
 
 TEST(XIniStreamWriter, FailsEveryCallWithoutAStream) {

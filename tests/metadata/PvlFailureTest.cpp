@@ -153,6 +153,18 @@ TEST(PvlFailure, TellsOfAnOutputThatFailsInTheMiddleAtItsStatement) {
   EXPECT_LT(failure.first, 4000u);
 }
 
+TEST(PvlFailure, TellsOfAnOutputThatFailsInTheMiddleAtItsGroup) {
+  std::string text;
+  for (int i = 0; i < 20000; ++i) text += "BEGIN_GROUP = GROUP_OF_A_LONG_NAME\n";
+  text += "END\n";
+  const Failure failure = FailureOf(PVLtoXML, StreamPointer(new TKvMemoryStream(text)),
+                                    StreamPointer(new NarrowStream(100)));
+  EXPECT_EQ(failure.second, "the output could not be written");
+  // 64 KiB are collected before the first write; a group makes 23 to 55 bytes of XML.
+  EXPECT_GT(failure.first, 1000u);
+  EXPECT_LT(failure.first, 3000u);
+}
+
 TEST(PvlFailure, GivesTheLineOnWhichTheStatementBegins) {
   EXPECT_EQ(Pvl("A = 1;\n/* comment */\nB = \"x\ny\";\n\n\nEND_GROUP\n=\nA;\n").first, 7u);
   EXPECT_EQ(NasaPvl("\r\nA = (1,\r\n2)\r\nGROUP\r\n").first, 4u);
