@@ -165,6 +165,18 @@ TEST(PvlFailure, TellsOfAnOutputThatFailsInTheMiddleAtItsGroup) {
   EXPECT_LT(failure.first, 3000u);
 }
 
+TEST(PvlFailure, TellsOfAnOutputThatFailsInTheMiddleAtTheEndOfAGroup) {
+  std::string text;
+  for (int i = 0; i < 1500; ++i) text += "BEGIN_GROUP = G\n";
+  for (int i = 0; i < 1500; ++i) text += "END_GROUP = G\n";
+  const Failure failure = FailureOf(PVLtoXML, StreamPointer(new TKvMemoryStream(text)),
+                                    StreamPointer(new NarrowStream(100)));
+  EXPECT_EQ(failure.second, "the output could not be written");
+  // 64 KiB are collected before the first write; either end of a group makes 36 bytes of XML or so.
+  EXPECT_GT(failure.first, 1500u);
+  EXPECT_LT(failure.first, 2500u);
+}
+
 TEST(PvlFailure, GivesTheLineOnWhichTheStatementBegins) {
   EXPECT_EQ(Pvl("A = 1;\n/* comment */\nB = \"x\ny\";\n\n\nEND_GROUP\n=\nA;\n").first, 7u);
   EXPECT_EQ(NasaPvl("\r\nA = (1,\r\n2)\r\nGROUP\r\n").first, 4u);
