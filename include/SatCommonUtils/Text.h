@@ -1,5 +1,5 @@
 // Text helpers: splitting, joining and numbering of texts, escapes, byte-order marks, UTF-16 of
-// Latin characters.
+// Latin characters, numbers as text, beginnings and ends of strings, strings as files.
 //
 // Texts are byte strings. But where a function says so, they keep no state and may run on several
 // threads at once on different strings and streams.
@@ -159,5 +159,65 @@ RAVELIN_EXPORT std::string PseudoUTF16toUTF8(TKvStream* stream, bool littleEndia
 /// The same of what follows the UTF-16 mark of `stream`, in the byte order that it names. Empty
 /// when there is no such mark.
 RAVELIN_EXPORT std::string PseudoUTF16toUTF8BOM(TKvStream* stream);
+
+// Numbers in texts. They are read as the C library's scan does, up to a NUL and in the locale of
+// the process: leading white space is skipped, what follows the number is ignored ("12abc" is 12).
+// A double or float may be hexadecimal, an infinity or NaN. An int or unsigned int beyond its range
+// is as the scan of the GNU library gives it, the low 32 bits of a long. Time is linear in the
+// number and the white space.
+
+/// The number at the beginning of `text`; `def` when the text is empty or no number begins it. Text
+/// of white space alone, or with a NUL before any number, gives 0: callers rely on its being no
+/// failure.
+RAVELIN_EXPORT double StringToDoubleDef(const std::string& text, const double& def);
+RAVELIN_EXPORT int StringToIntDef(const std::string& text, int def);
+/// The same, but instead of the default std::runtime_error whose what() is the function's name.
+RAVELIN_EXPORT double StringToDoubleE(const std::string& text);
+RAVELIN_EXPORT int StringToIntE(const std::string& text);
+
+/// Whether a number begins `text`, which then is in `*value`. Otherwise `*value` stays; white space
+/// alone is no number here. An unsigned number wraps when it has a minus: "-1" is 4294967295.
+RAVELIN_EXPORT bool ValueFromString(const std::string& text, double* value);
+RAVELIN_EXPORT bool ValueFromString(const std::string& text, float* value);
+RAVELIN_EXPORT bool ValueFromString(const std::string& text, unsigned int* value);
+
+/// As printf's %g and %u give it, with six significant digits at most: 0.1, 1e+20, 1.23457e+08. The
+/// decimal sign is that of the locale.
+RAVELIN_EXPORT std::string ValueToString(const double& value);
+RAVELIN_EXPORT std::string ValueToString(const float& value);
+RAVELIN_EXPORT std::string ValueToString(const unsigned int& value);
+/// By a format of printf with one conversion: of a double for the first two, of an unsigned int for
+/// the third. The text ends at the first NUL. Empty when printf refuses the format.
+///
+///     ValueToString(1.5, "%.3f")    // "1.500"
+RAVELIN_EXPORT std::string ValueToString(const double& value, const char* format);
+RAVELIN_EXPORT std::string ValueToString(const float& value, const char* format);
+RAVELIN_EXPORT std::string ValueToString(const unsigned int& value, const char* format);
+
+// Strings in strings. With `caseSensitive` false, ASCII letters are compared in upper case; other
+// bytes always are compared as they are. Linear.
+
+/// An empty `head` begins every text.
+RAVELIN_EXPORT bool StringBegins(const std::string& text, const std::string& head,
+                                 bool caseSensitive);
+/// An empty `part` is in every text.
+RAVELIN_EXPORT bool StringContains(const std::string& text, const std::string& part,
+                                   bool caseSensitive);
+/// With `caseSensitive` false the first occurrence of `tail` decides: "ABAB" does not end with
+/// "ab", and only an empty text ends with an empty tail. Callers rely on it.
+RAVELIN_EXPORT bool StringEnds(const std::string& text, const std::string& tail,
+                               bool caseSensitive);
+/// `text` without the head that it begins with by StringBegins; once, in its own case.
+RAVELIN_EXPORT std::string CutStringHead(const std::string& text, const std::string& head,
+                                         bool caseSensitive);
+/// `text` without the tail that it ends with by StringEnds; once, in its own case.
+RAVELIN_EXPORT std::string CutStringTail(const std::string& text, const std::string& tail,
+                                         bool caseSensitive);
+
+/// Makes the file, or empties it, and writes `content`. False when any of it failed; what was
+/// written then stays. Throws nothing.
+RAVELIN_EXPORT bool WriteStringToFile(const std::string& fileName, const std::string& content);
+/// All bytes of the file. Empty when it cannot be read, as when it is empty. Throws nothing.
+RAVELIN_EXPORT std::string ReadStringFromFile(const std::string& fileName);
 
 }  // namespace SatCommonUtils
