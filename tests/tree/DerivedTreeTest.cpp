@@ -1,0 +1,215 @@
+// Classes of a host that derive from the string tree: their factories and writers are called
+// wherever the general algorithms call for them.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "tree/TreeTest.h"
+
+namespace {
+
+using namespace tree_test;
+using SatCommonUtils::InsertFromString;
+
+class DerivedField : public TStringTreeField {
+ public:
+  using TStringTreeField::TStringTreeField;
+
+  bool StringToValue(const char* text, std::size_t length, std::size_t i) override {
+    return TStringTreeField::StringToValue(text, length, i);
+  }
+};
+
+/// Makes its own nodes and fields, and looks at each subtree once it has been read.
+class DerivedTree : public TStringTree {
+ public:
+  using TStringTree::TStringTree;
+
+  std::size_t fieldsAtTheEnd = 99;  ///< what a subtree held when its factory was done
+
+  bool WriteToXML(TKvXIniWriter* writer) const override {
+    writer->WriteS<std::string>("mark", header);
+    return TStringTree::WriteToXML(writer);
+  }
+  Tree* CreateSubtree(int subtreeTag, int subtreeIdx, std::string text) override {
+    return new DerivedTree(subtreeTag, subtreeIdx, this, text + "!");
+  }
+  Tree* CreateSubtree(const char* text, std::size_t* position) override {
+    auto* const subtree = new DerivedTree(0, 0, this, "");
+    subtree->ReadFromString(text, position, this);
+    subtree->fieldsAtTheEnd = subtree->fields.size();
+    return subtree;
+  }
+  Tree* CreateSubtree(TKvXIniReader* reader, std::size_t item) override {
+    auto* const subtree = new DerivedTree(0, 0, this, "");
+    subtree->ReadFromXML(reader, item, this);
+    subtree->fieldsAtTheEnd = subtree->fields.size();
+    return subtree;
+  }
+  Field* CreateField(int fieldTag, int fieldIdx, std::string* values, std::size_t count,
+                     std::string text) override {
+    return new DerivedField(fieldTag, fieldIdx, values, count, text + "!");
+  }
+  Field* CreateField(int fieldTag, int fieldIdx, const std::string& value,
+                     std::string text) override {
+    return new DerivedField(fieldTag, fieldIdx, value, text + "?");
+  }
+  Field* CreateField(const char* text, std::size_t* position) override {
+    auto* const field = new DerivedField(0, 0, nullptr, 0, "");
+    field->ReadFromString(text, position);
+    return field;
+  }
+  Field* CreateField(TKvXIniReader* reader, std::size_t item) override {
+    auto* const field = new DerivedField(0, 0, nullptr, 0, "");
+    field->ReadFromXML(reader, item);
+    return field;
+  }
+};
+
+const char* const kText =
+    "(0,0)r\n(1,0)[1]a\tx\n\t(2,0)s\n\t(3,0)[1]b\ty\n\t\t(4,0)t\n\t\t\n\t\n\n";
+
+void ExpectDerivedThroughout(const Tree& tree) {
+  EXPECT_EQ(Describe(tree), "D(0,0)1:r{D(1,0)1:a[1:x;]D(2,0)1:s{D(3,0)1:b[1:y;]D(4,0)1:t{}}}");
+  const auto& subtree = static_cast<const DerivedTree&>(*tree.subtrees[0]);
+  EXPECT_EQ(subtree.fieldsAtTheEnd, 1u) << "the factory sees what it has read";
+  EXPECT_EQ(static_cast<const DerivedTree&>(*subtree.subtrees[0]).fieldsAtTheEnd, 0u);
+}
+
+TEST(DerivedTreeTest, ReadingTextCallsTheFactories) {
+  DerivedTree tree(0, 0, nullptr, "");
+  tree.ReadFromString(kText, nullptr, nullptr);
+  ExpectDerivedThroughout(tree);
+}
+
+TEST(DerivedTreeTest, ReadingXmlCallsTheFactories) {
+  TStringTree source(0, 0, nullptr, "");
+  source.ReadFromString(kText, nullptr, nullptr);
+  DerivedTree tree(0, 0, nullptr, "");
+  EXPECT_TRUE(FromXml(ToXml(source), &tree));
+  ExpectDerivedThroughout(tree);
+}
+
+TEST(DerivedTreeTest, InsertingCallsTheFactoryOfItsForm) {
+  DerivedTree tree(0, 0, nullptr, "");
+  std::string values[] = {"v", "w"};
+  EXPECT_TRUE(tree.InsertInteger("one", 1, 0, 5));
+  EXPECT_TRUE(tree.InsertField("two", 2, 0, values, 2));
+  EXPECT_TRUE(tree.InsertSubtree("three", 3, 0));
+  EXPECT_EQ(Describe(tree), "D(0,0)0:{D(1,0)4:one?[1:5;]D(2,0)4:two![1:v;1:w;]D(3,0)6:three!{}}");
+}
+
+TEST(DerivedTreeTest, CopyingCallsTheFactoriesOfTheDestination) {
+  DerivedTree tree(0, 0, nullptr, "");
+  EXPECT_TRUE(InsertFromString(kText, &tree));
+  EXPECT_EQ(Describe(tree), "D(0,0)0:{D(1,0)2:a![1:x;]D(2,0)2:s!{D(3,0)2:b![1:y;]D(4,0)2:t!{}}}");
+}
+
+TEST(DerivedTreeTest, WritingXmlCallsTheWriterOfEachSubtree) {
+  TStringTree tree(0, 0, nullptr, "r");
+  tree.subtrees.push_back(new DerivedTree(1, 0, &tree, "s"));
+  tree.subtrees[0]->subtrees.push_back(new TStringTree(2, 0, tree.subtrees[0], "t"));
+  tree.subtrees[0]->subtrees.push_back(new DerivedTree(3, 0, tree.subtrees[0], "u"));
+  const std::string xml = ToXml(tree);
+  EXPECT_EQ(xml.find("<mark>r</mark>"), std::string::npos);
+  EXPECT_NE(xml.find("<mark>s</mark>"), std::string::npos);
+  EXPECT_EQ(xml.find("<mark>t</mark>"), std::string::npos);
+  EXPECT_NE(xml.find("<mark>u</mark>"), std::string::npos);
+}
+
+/// Says no.
+class RefusingTree : public TStringTree {
+ public:
+  using TStringTree::TStringTree;
+  bool WriteToXML(TKvXIniWriter* /*writer*/) const override { return false; }
+};
+
+TEST(DerivedTreeTest, AWriterThatSaysNoEndsTheWriting) {
+  TStringTree tree(0, 0, nullptr, "");
+  tree.InsertSubtree("before", 1, 0);
+  tree.subtrees.push_back(new RefusingTree(2, 0, &tree, ""));
+  tree.InsertSubtree("after", 3, 0);
+  EXPECT_EQ(ToXml(tree), "failed");
+}
+
+/// Makes fields of its own and leaves subtrees to the string tree.
+class FieldsOnly : public TStringTree {
+ public:
+  using TStringTree::CreateField;
+  using TStringTree::TStringTree;
+  Field* CreateField(const char* text, std::size_t* position) override {
+    auto* const field = new DerivedField(0, 0, nullptr, 0, "");
+    field->ReadFromString(text, position);
+    return field;
+  }
+};
+
+TEST(DerivedTreeTest, AFactoryThatIsNotOverriddenMakesStringTrees) {
+  FieldsOnly tree(0, 0, nullptr, "");
+  tree.ReadFromString(kText, nullptr, nullptr);
+  EXPECT_EQ(Describe(tree), "D(0,0)1:r{D(1,0)1:a[1:x;]S(2,0)1:s{S(3,0)1:b[1:y;]S(4,0)1:t{}}}");
+}
+
+/// Goes through the string tree's own factory and looks at what it gives.
+class Onlooker : public TStringTree {
+ public:
+  using TStringTree::CreateSubtree;
+  using TStringTree::TStringTree;
+  Tree* CreateSubtree(const char* text, std::size_t* position) override {
+    Tree* const subtree = TStringTree::CreateSubtree(text, position);
+    seen = Describe(*subtree);
+    return subtree;
+  }
+  static std::string seen;
+};
+std::string Onlooker::seen;
+
+TEST(DerivedTreeTest, TheFactoryOfTheBaseGivesACompleteSubtree) {
+  Onlooker tree(0, 0, nullptr, "");
+  tree.ReadFromString(kText, nullptr, nullptr);
+  EXPECT_EQ(Onlooker::seen, "S(2,0)1:s{S(3,0)1:b[1:y;]S(4,0)1:t{}}");
+}
+
+/// Puts all subtrees under one key.
+class OneKey : public TStringTree {
+ public:
+  using TStringTree::CreateSubtree;
+  using TStringTree::TStringTree;
+  Tree* CreateSubtree(int /*tag*/, int /*idx*/, std::string text) override {
+    return new OneKey(1, 1, this, text);
+  }
+};
+
+TEST(DerivedTreeTest, CopyingDoesNotFindASubtreeWhoseFactoryChangedItsKey) {
+  TStringTree source(0, 0, nullptr, "");
+  source.InsertSubtree("x", 5, 5);
+  OneKey destination(0, 0, nullptr, "");
+  EXPECT_FALSE(source.CopyTo(&destination));
+  EXPECT_EQ(Describe(destination), "D(0,0)0:{D(1,1)1:x{}}");
+}
+
+class ThrowingTree : public TStringTree {
+ public:
+  using TStringTree::CreateSubtree;
+  using TStringTree::TStringTree;
+  Tree* CreateSubtree(const char* /*text*/, std::size_t* /*position*/) override { throw 1; }
+  Tree* CreateSubtree(TKvXIniReader* /*reader*/, std::size_t /*item*/) override { throw 1; }
+};
+
+TEST(DerivedTreeTest, AFactoryThatThrowsLeavesTextReading) {
+  ThrowingTree tree(0, 0, nullptr, "");
+  EXPECT_THROW(tree.ReadFromString(kText, nullptr, nullptr), int);
+  EXPECT_EQ(Describe(tree), "D(0,0)1:r{S(1,0)1:a[1:x;]}");
+}
+
+TEST(DerivedTreeTest, AFactoryThatThrowsIsAFailureOfTheTreeThatCalledIt) {
+  TStringTree source(0, 0, nullptr, "");
+  source.ReadFromString(kText, nullptr, nullptr);
+  ThrowingTree tree(0, 0, nullptr, "");
+  EXPECT_FALSE(FromXml(ToXml(source), &tree));
+  EXPECT_EQ(Describe(tree), "D(0,0)1:r{S(1,0)1:a[1:x;]}");
+}
+
+}  // namespace
