@@ -271,16 +271,9 @@ std::string RandomNumberLikeText(std::mt19937& random) {
   return text;
 }
 
-/// The scan alone; the value is 0 when nothing is stored.
-template <class T>
-int Scan(const std::string& text, const char* format, T* value) {
-  *value = 0;
-  return std::sscanf(text.c_str(), format, value);
-}
-
 void ExpectDoubleAsScanned(const std::string& text) {
-  double scanned;
-  const bool isTaken = !text.empty() && Scan(text, "%lf", &scanned) != 0;
+  double scanned = 0;
+  const bool isTaken = !text.empty() && std::sscanf(text.c_str(), "%lf", &scanned) != 0;
   ASSERT_TRUE(SameBits(StringToDoubleDef(text, 5.5), isTaken ? scanned : 5.5)) << text;
   if (isTaken) {
     ASSERT_TRUE(SameBits(StringToDoubleE(text), scanned)) << text;
@@ -290,8 +283,8 @@ void ExpectDoubleAsScanned(const std::string& text) {
 }
 
 void ExpectIntAsScanned(const std::string& text) {
-  int scanned;
-  const bool isTaken = !text.empty() && Scan(text, "%d", &scanned) != 0;
+  int scanned = 0;
+  const bool isTaken = !text.empty() && std::sscanf(text.c_str(), "%d", &scanned) != 0;
   ASSERT_EQ(StringToIntDef(text, 5), isTaken ? scanned : 5) << text;
   if (isTaken) {
     ASSERT_EQ(StringToIntE(text), scanned) << text;
@@ -302,8 +295,8 @@ void ExpectIntAsScanned(const std::string& text) {
 
 template <class T>
 void ExpectValueAsScanned(const std::string& text, const char* format) {
-  T scanned;
-  const bool isTaken = Scan(text, format, &scanned) == 1;
+  T scanned = 0;
+  const bool isTaken = std::sscanf(text.c_str(), format, &scanned) == 1;
   T value = 9;
   ASSERT_EQ(ValueFromString(text, &value), isTaken) << text;
   ASSERT_TRUE(SameBits(value, isTaken ? scanned : T(9))) << text;
