@@ -13,8 +13,7 @@ unsigned long FillFolderFilesList(std::string folder, TFilenamesList* list,
   scope.StartIndefinite();
   QDirIterator entries(KvStrToQt(folder), QDir::Files | QDir::NoDot | QDir::NoDotDot);
   while (entries.hasNext()) {
-    entries.next();
-    list->Insert(QtToKvStr(entries.fileName()));
+    TFilenamesListAccess::Append(*list, FileNameOf(entries.next()));
     Poll(progress);
   }
   scope.Stop();

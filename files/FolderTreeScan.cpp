@@ -59,7 +59,7 @@ struct Level {
 Entry MakeEntry(const QDirIterator& entries) {
   const QFileInfo info = entries.fileInfo();
   if (info.isDir()) return {std::string(), info.filePath(), info.isSymLink()};
-  return {QtToKvStr(entries.fileName()), QString(), false};
+  return {FileNameOf(info.filePath()), QString(), false};
 }
 
 std::vector<Entry> ReadEntries(const QString& folder, TKvProgressHandler* progress) {

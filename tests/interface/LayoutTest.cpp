@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstring>
 #include <functional>
 #include <set>
 #include <string>
@@ -262,6 +263,22 @@ TEST(LayoutTest, AnOrderOfVisibleBandsHasItsFieldsInOrder) {
   EXPECT_EQ(Offset(order, order.second), 8);
   EXPECT_EQ(Offset(order, order.third), 16);
   EXPECT_EQ(sizeof order, 24u);
+}
+
+// The names and the cursor are private: they are read where hosts expect them.
+TEST(LayoutTest, TheListOfFileNamesHasItsNamesBeforeItsCursor) {
+  TFilenamesList list;
+  list.Insert("a");
+  list.Insert("b");
+  list.FindFirst("b");
+  const auto* const bytes = reinterpret_cast<const char*>(&list);
+  const auto* const names = reinterpret_cast<const std::vector<std::string>*>(bytes + 8);
+  ASSERT_EQ(names->size(), 2u);
+  EXPECT_EQ(names->at(1), "b");
+  unsigned long cursor = 0;
+  std::memcpy(&cursor, bytes + 32, sizeof cursor);
+  EXPECT_EQ(cursor, 1u);
+  EXPECT_EQ(sizeof(TFilenamesList), 40u);
 }
 
 TEST(LayoutTest, AListOfTemporaryFilesIsASetOfTextsAlone) {

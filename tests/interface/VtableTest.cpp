@@ -308,6 +308,12 @@ TEST(VtableTest, TheStringTreeOverridesTheSevenFactories) {
               {DT, S, S, S, S, S, S, S});
 }
 
+TEST(VtableTest, TheListOfFileNamesHasItsDestructorAlone) {
+  const std::string F = "SatCommonUtils::TFilenamesList";
+  ExpectSlots("_ZTVN14SatCommonUtils14TFilenamesListE", {"destructor", "deleting destructor"},
+              {F, F});
+}
+
 TEST(VtableTest, AnObjectStartsWithThePointerToItsExportedVtable) {
   SatCommonUtils::TRawWordDibData band;
   const void* pointer;
