@@ -90,6 +90,22 @@ TEST_P(PvlStreams, ReadAMemoryStreamWhereItLiesAsAnyStreamLineByLine) {
   }
 }
 
+/// A memory stream that reads every line as another.
+class AnsweringMemoryStream : public TKvMemoryStream {
+ public:
+  using TKvMemoryStream::TKvMemoryStream;
+  unsigned long ReadLine(char* buffer, unsigned long size) override {
+    const unsigned long consumed = TKvMemoryStream::ReadLine(buffer, size);
+    std::strcpy(buffer, "B = 2;");
+    return consumed;
+  }
+};
+
+TEST_P(PvlStreams, ReadAMemoryStreamThroughAReadLineOfItsOwn) {
+  const StreamPointer in(new AnsweringMemoryStream("A = 1;\n"));
+  EXPECT_EQ(ConvertStream(GetParam(), in), Good("\t<B>2</B>\n"));
+}
+
 TEST_P(PvlStreams, BreaksAKeywordThatLiesAcrossTheEndOfTheLineBuffer) {
   for (unsigned long blanks = 1005; blanks <= 1030; ++blanks) {
     const std::string text = "A = 1;\n" + std::string(blanks, ' ') + Begin() + "B = 1;\n";
