@@ -11,19 +11,35 @@ namespace {
 constexpr long kLeastPoints = 4;
 
 /// Points of a stream, read a block at a time: rings of few points are many, and a read a ring may
-/// be a call of the system.
+/// be a call of the system. Whole blocks of a long ring are read to where they stay.
 class TPointReader {
  public:
   TPointReader(TKvStream& stream, unsigned long points)
       : stream_(stream), left_(points), block_(std::min(points, kBlock)) {}
 
-  /// Appends the next points to the ring, or passes over them when it is null.
-  bool Take(unsigned long count, TShapeFileRing* ring) {
+  /// Appends the next points to the ring.
+  bool Take(unsigned long count, TShapeFileRing& ring) {
+    while (count > 0) {
+      unsigned long part = std::min(count, end_ - next_);
+      if (part > 0) {
+        ring.insert(ring.end(), block_.data() + next_, block_.data() + next_ + part);
+        next_ += part;
+      } else if (count >= kBlock) {
+        part = kBlock;
+        ring.resize(ring.size() + part);
+        if (!Read(ring.data() + ring.size() - part, part)) return false;
+      } else if (!Fill()) {
+        return false;
+      }
+      count -= part;
+    }
+    return true;
+  }
+
+  bool Skip(unsigned long count) {
     while (count > 0) {
       if (next_ == end_ && !Fill()) return false;
       const unsigned long part = std::min(count, end_ - next_);
-      const TShapeFilePoint* const first = block_.data() + next_;
-      if (ring != nullptr) ring->insert(ring->end(), first, first + part);
       next_ += part;
       count -= part;
     }
@@ -31,17 +47,23 @@ class TPointReader {
   }
 
   /// Passes over all that are left.
-  bool TakeRest() { return Take(left_ + (end_ - next_), nullptr); }
+  bool SkipRest() { return Skip(left_ + (end_ - next_)); }
 
  private:
-  static constexpr unsigned long kBlock = 2048;
+  /// 128 KiB: what was just filled with default points is still in the processor's cache when the
+  /// file's points come over it.
+  static constexpr unsigned long kBlock = 8192;
 
   bool Fill() {
     next_ = 0;
     end_ = std::min<unsigned long>(left_, block_.size());
-    left_ -= end_;
-    const unsigned long bytes = end_ * sizeof(TShapeFilePoint);
-    return stream_.Read(block_.data(), bytes) == bytes;
+    return Read(block_.data(), end_);
+  }
+
+  bool Read(TShapeFilePoint* points, unsigned long count) {
+    left_ -= count;
+    const unsigned long bytes = count * sizeof *points;
+    return stream_.Read(points, bytes) == bytes;
   }
 
   TKvStream& stream_;
@@ -77,10 +99,10 @@ bool ReadPolygonRings(TKvStream& stream, int numParts, int numPoints,
     const auto stored = static_cast<unsigned long>(end - begin - 1);
     TShapeFileRing& ring = whole.emplace_back();
     ring.reserve(stored);
-    if (!reader.Take(stored, &ring) || !reader.Take(1, nullptr)) return false;
+    if (!reader.Take(stored, ring) || !reader.Skip(1)) return false;
     begin = end;
   }
-  if (!reader.TakeRest()) return false;
+  if (!reader.SkipRest()) return false;
   rings->insert(rings->end(), std::make_move_iterator(whole.begin()),
                 std::make_move_iterator(whole.end()));
   return good;
