@@ -16,6 +16,7 @@
 #include "SatCommonUtils/Module.h"
 #include "SatCommonUtils/Raster.h"
 #include "SatCommonUtils/Shapefile.h"
+#include "SatCommonUtils/Text.h"
 #include "SatCommonUtils/Tree.h"
 
 namespace {
@@ -336,6 +337,12 @@ TEST(LayoutTest, AStreamIsItsVtablePointerAlone) {
 TEST(LayoutTest, EnumerationsHaveTheirValues) {
   EXPECT_EQ(TRawWordDibData::boLittleEndian, 0);
   EXPECT_EQ(TRawWordDibData::boBigEndian, 1);
+  EXPECT_EQ(bomNone, 0);
+  EXPECT_EQ(bomUTF8, 1);
+  EXPECT_EQ(bomUTF16BE, 2);
+  EXPECT_EQ(bomUTF16LE, 3);
+  EXPECT_EQ(bomUTF32BE, 4);
+  EXPECT_EQ(bomUTF32LE, 5);
   EXPECT_EQ(TSatLog::mtDebug, 0);
   EXPECT_EQ(TSatLog::mtError, 1);
   EXPECT_EQ(TSatLog::mtWarning, 2);
@@ -353,6 +360,7 @@ TEST(LayoutTest, EnumerationsHaveTheirValues) {
 
 TEST(LayoutTest, EnumerationsAreFourBytesWide) {
   EXPECT_EQ(sizeof(TRawWordDibData::TBytesOrder), 4u);
+  EXPECT_EQ(sizeof(TSatBOM), 4u);
   EXPECT_EQ(sizeof(TSatLog::TMsgType), 4u);
   EXPECT_EQ(sizeof(kvOpenMode), 4u);
   EXPECT_EQ(sizeof(kvShareMode), 4u);
