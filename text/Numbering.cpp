@@ -22,6 +22,7 @@ BracketScan ScanBrackets(const std::string& text, char opening, char closing) {
   if (scan.opening == std::string::npos || end == std::string::npos) return scan;
   if (end <= scan.opening + 1) return scan;
   const std::string inside = text.substr(scan.opening + 1, end - scan.opening - 1);
+  // NOLINTNEXTLINE(cert-err34-c): whatever the scan makes of the text is promised
   scan.result = std::sscanf(inside.c_str(), "%d", &scan.number);
   return scan;
 }
@@ -45,7 +46,7 @@ template <class Fold>
 std::string FindUnique(const std::string& base, const std::vector<std::string>& existing,
                        Fold fold) {
   std::string candidate = GenerateNextString(base);
-  const std::string wanted = fold(base);
+  const auto& wanted = fold(base);
   const std::string beginning = fold(candidate.substr(0, candidate.rfind('[') + 1));
   bool isBaseTaken = false;
   std::vector<std::string> numbered;
