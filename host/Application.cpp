@@ -13,6 +13,7 @@
 #include "host/Interrupt.h"
 #include "host/SampleCommand.h"
 #include "host/StitchCommand.h"
+#include "host/TreeCommand.h"
 #include "host/XmlCommand.h"
 
 namespace ravelin {
@@ -47,6 +48,7 @@ void AddCommands(CLI::App& app) {
   AddStitchCommand(app);
   AddInfoCommand(app);
   AddXmlCommand(app);
+  AddTreeCommand(app);
 }
 
 int Report(const std::string& message, ExitCode code) {

@@ -1,13 +1,11 @@
 #include "host/XmlCommand.h"
 
-#include <iostream>
 #include <memory>
 #include <string>
 
-#include "host/HostError.h"
-#include "host/PendingFile.h"
 #include "host/TextEncoding.h"
 #include "host/TextInput.h"
+#include "host/TextOutput.h"
 #include "host/XmlConversion.h"
 #include "host/XmlValue.h"
 
@@ -47,30 +45,17 @@ constexpr Converter kConverters[] = {
      "Example:\n  ravelin xml wkt scene.prj", 1UL << 24, WktXml},
 };
 
-void Print(const std::string& text) {
-  std::cout << text << std::flush;
-  if (!std::cout) {
-    throw HostError("standard output", "cannot be written", "free some space or write elsewhere");
-  }
-}
-
 void Convert(const Converter& converter, const ConversionArguments& arguments) {
   const TextInput input = ReadTextInput(arguments.input, converter.longestInput);
   const std::string xml = converter.convert(DecodedText(input.text, input.name), input.name);
-  if (arguments.output.empty()) {
-    Print(xml);
-    return;
-  }
-  PendingFile file(arguments.output);
-  file.Write(xml.data(), xml.size());
-  file.Commit();
+  WriteTextOutput(xml, arguments.output);
 }
 
 void PrintValue(const ValueArguments& arguments) {
   const TextInput input = ReadTextInput(arguments.file, kLongestInput);
   // XML tells its encoding itself.
   RefuseUtf32(input.text, input.name);
-  Print(XmlValue(input.text, arguments.path, input.name) + "\n");
+  PrintText(XmlValue(input.text, arguments.path, input.name) + "\n");
 }
 
 void AddConverter(CLI::App& xml, const Converter& converter) {
