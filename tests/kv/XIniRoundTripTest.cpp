@@ -126,6 +126,20 @@ std::string Encoded(unsigned code) {
   return text;
 }
 
+TEST(XIniRoundTrip, KeepsOneOddByteAtEveryPlaceOfTextsOfEveryLength) {
+  for (const char odd : {'<', '&', '\r', '\1', '\xFF', ' ', '/'}) {
+    std::vector<Node> nodes;
+    for (std::size_t length = 1; length <= 50; ++length) {
+      for (std::size_t i = 0; i < length; ++i) {
+        std::string text(length, 'a');
+        text[i] = odd;
+        nodes.push_back(Item(text, text));
+      }
+    }
+    ExpectRoundTrip(nodes);
+  }
+}
+
 TEST(XIniRoundTrip, KeepsEveryClassOfCodePoints) {
   // The limits of name characters, of planes, of what XML allows and of what UTF-8 can write,
   // surrogates and codes beyond the last one included.
