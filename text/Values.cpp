@@ -1,5 +1,6 @@
 #include <array>
 #include <cstdio>
+#include <cstring>
 #include <stdexcept>
 
 #include "SatCommonUtils/Text.h"
@@ -38,7 +39,8 @@ std::string Formatted(const char* format, T value) {
   if (size < shortText.size()) return shortText.data();
   std::string longText(size, '\0');
   std::snprintf(longText.data(), size + 1, format, value);
-  return longText.c_str();
+  longText.resize(std::strlen(longText.c_str()));
+  return longText;
 }
 
 }  // namespace
