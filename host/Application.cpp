@@ -8,6 +8,7 @@
 
 #include "SatCommonUtils/Module.h"
 #include "host/ComposeCommand.h"
+#include "host/FilesCommand.h"
 #include "host/HostError.h"
 #include "host/InfoCommand.h"
 #include "host/Interrupt.h"
@@ -49,6 +50,7 @@ void AddCommands(CLI::App& app) {
   AddInfoCommand(app);
   AddXmlCommand(app);
   AddTreeCommand(app);
+  AddFilesCommand(app);
 }
 
 int Report(const std::string& message, ExitCode code) {

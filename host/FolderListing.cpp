@@ -1,0 +1,101 @@
+#include "host/FolderListing.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+#include "Kv/Text.h"
+#include "SatCommonUtils/Files.h"
+#include "host/HostError.h"
+
+namespace ravelin {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsUtf8(const std::string& text) {
+  return KvAnsiToChar(text, kvEncodingUtf8) == text;
+}
+
+/// What a folder holds besides the files that the module lists.
+struct FolderContents {
+  std::vector<std::string> subfolders;  ///< names, sorted bytewise
+  unsigned long namesNotUtf8 = 0;
+  std::error_code error;  ///< why it could not be read to its end
+};
+
+bool IsWalked(const fs::directory_entry& entry, const std::string& name) {
+  std::error_code unknown;
+  return name[0] != '.' && entry.symlink_status(unknown).type() == fs::file_type::directory;
+}
+
+FolderContents ReadFolder(const std::string& folder) {
+  FolderContents contents;
+  fs::directory_iterator entry(folder, contents.error);
+  for (; !contents.error && entry != fs::directory_iterator(); entry.increment(contents.error)) {
+    const std::string name = entry->path().filename().string();
+    if (!IsUtf8(name)) {
+      ++contents.namesNotUtf8;
+    } else if (IsWalked(*entry, name)) {
+      contents.subfolders.push_back(name);
+    }
+  }
+  std::sort(contents.subfolders.begin(), contents.subfolders.end());
+  return contents;
+}
+
+std::vector<std::string> FilesIn(const std::string& folder, const ListingRequest& request) {
+  SatCommonUtils::TFilenamesList list;
+  SatCommonUtils::FillFolderFilesList(folder, &list, nullptr);
+  std::vector<std::string> files;
+  if (request.hasMask) {
+    list.FindAll(request.mask, &files);
+  } else {
+    std::string name;
+    for (bool more = list.GetFirst(&name); more; more = list.GetNext(&name)) files.push_back(name);
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+}  // namespace
+
+FolderListing ListFolders(const ListingRequest& request) {
+  CheckFolder(request.folder);
+  FolderListing listing;
+  std::vector<std::string> waiting = {request.folder};
+  while (!waiting.empty()) {
+    const std::string folder = std::move(waiting.back());
+    waiting.pop_back();
+    const FolderContents contents = ReadFolder(folder);
+    if (contents.error) listing.skipped.push_back({folder, contents.error.message()});
+    listing.namesNotUtf8 += contents.namesNotUtf8;
+    std::vector<std::string> files = FilesIn(folder, request);
+    if (!files.empty()) listing.folders.push_back({folder, std::move(files)});
+    if (!request.recursive) break;
+    for (auto name = contents.subfolders.rbegin(); name != contents.subfolders.rend(); ++name) {
+      waiting.push_back(PathIn(folder, *name));
+    }
+  }
+  return listing;
+}
+
+void CheckFolder(const std::string& folder) {
+  if (!IsUtf8(folder)) throw HostError(folder, "its name is not UTF-8", "rename it or link to it");
+  std::error_code error;
+  const fs::file_status status = fs::status(folder, error);
+  if (status.type() == fs::file_type::not_found) {
+    throw HostError(folder, "no such folder", "check the name");
+  }
+  if (!error && !fs::is_directory(status)) {
+    throw HostError(folder, "is not a folder", "name the folder that it is in");
+  }
+  if (!error) fs::directory_iterator(folder, error);
+  if (error) throw HostError(folder, "cannot be read: " + error.message(), "check permissions");
+}
+
+std::string PathIn(const std::string& folder, const std::string& name) {
+  return folder.back() == '/' ? folder + name : folder + "/" + name;
+}
+
+}  // namespace ravelin
