@@ -18,7 +18,7 @@ namespace SatCommonUtils {
 // a separator. The array forms store in `out`, the caller's array of `maxCount` elements, or with a
 // null `out` only count; they stop behind the separator, also one behind an empty field, at which
 // the count equals `maxCount`, and do not read on. So with a `maxCount` of 0 they stop at the first
-// separator that adds nothing to the count, or else count to the end of the text without storing.
+// separator when nothing before it counts, or else count to the end of the text without storing.
 // Progress takes one step a stored or counted element; the handler may be null. Exceptions of the
 // handler pass, with what was stored before left in place. Time is linear in what is read, whatever
 // the number of separators.
@@ -108,8 +108,9 @@ RAVELIN_EXPORT std::string GenerateUniqueString(const std::string& base,
                                                 bool caseSensitive);
 
 // Escapes, which put a value on one line: a tab becomes "\t", LF "\n", CR "\r", two bytes each;
-// every other byte stays. The backslash is not escaped, so Decode(Encode(x)) is x only where x has
-// no backslash before t, n or r. Linear.
+// every other byte stays. The backslash is not escaped, so Decode(Encode(x)) is sure to be x only
+// where x has no backslash: one before t, n, r or any of those three bytes, or at the end, is read
+// as another text. Linear.
 
 /// Writes the escaped form of `srcLength` bytes at `dst` + `dstOffset`, where there must be room
 /// for it: twice `srcLength` always is enough. Returns the bytes written; no NUL is put behind
@@ -166,9 +167,9 @@ RAVELIN_EXPORT std::string PseudoUTF16toUTF8BOM(TKvStream* stream);
 // is as the scan of the GNU library gives it, the low 32 bits of a long. Time is linear in the
 // number and the white space.
 
-/// The number at the beginning of `text`; `def` when the text is empty or no number begins it. Text
-/// of white space alone, or with a NUL before any number, gives 0: callers rely on its being no
-/// failure.
+/// The number at the beginning of `text`; `def` when the text is empty or no number begins it. A
+/// text that is not empty, but has white space at most before its first NUL or its end, gives 0:
+/// callers rely on its being no failure.
 RAVELIN_EXPORT double StringToDoubleDef(const std::string& text, const double& def);
 RAVELIN_EXPORT int StringToIntDef(const std::string& text, int def);
 /// The same, but instead of the default std::runtime_error whose what() is the function's name.

@@ -259,9 +259,9 @@ RAVELIN_EXPORT bool InsertFromString(const std::string& text, TStringTree* tree)
 ///
 /// Reading that gives the same tree but for what the form cannot carry: fields without values or
 /// with a negative tag or idx; NUL anywhere, line feeds in the header of a tree; in headers of
-/// fields and in values, a backslash before t, r or n or at the end. Each line costs its
-/// indentation, so the text of a tree of depth n takes n squared bytes. Throws std::length_error
-/// when no string is that long.
+/// fields and in values, a backslash before t, r, n, a tab, a CR or an LF, or at the end. Each line
+/// costs its indentation, so the text of a tree of depth n takes n squared bytes. Throws
+/// std::length_error when no string is that long.
 RAVELIN_EXPORT std::string WriteTreeToString(const TStringTree& tree);
 
 }  // namespace SatCommonUtils
