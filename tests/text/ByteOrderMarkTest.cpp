@@ -95,6 +95,15 @@ TEST(ReadBom, TakesThreeBytesForUtf16WhenTheFourthOfUtf32IsMissing) {
   EXPECT_EQ(MarkOf("\xFF\xFE\0"s), 3);
 }
 
+TEST(ReadBom, LooksAtTheStartWhereverTheStreamStands) {
+  for (unsigned long pos = 0; pos <= 8; ++pos) {
+    TKvMemoryStream stream("\xFF\xFE\xEF\xBB\xBF   "s);
+    stream.SetPos(pos);
+    EXPECT_EQ(ReadBOM(&stream), 3) << pos;
+    EXPECT_EQ(stream.GetPos(), pos);
+  }
+}
+
 TEST(ReadBom, LeavesThePosition) {
   for (const char* text : {"\xFF\xFE text", "\xFF", "plain text"}) {
     TKvMemoryStream stream{text};

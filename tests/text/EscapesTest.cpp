@@ -120,6 +120,20 @@ TEST(Decode, ReplacesWhatTheStringHeld) {
   EXPECT_EQ(out, "a\tb");
 }
 
+TEST(Decode, GivesBackEveryTextWithoutABackslash) {
+  for (int first = 0; first < 256; ++first) {
+    for (int second = 0; second < 256; ++second) {
+      const std::string text = {static_cast<char>(first), static_cast<char>(second)};
+      if (text.find('\\') != std::string::npos) continue;
+      EXPECT_EQ(Decoded(Encoded(text)), text);
+    }
+  }
+}
+
+TEST(Decode, TakesABackslashInFrontOfAnEscapedByteForAPair) {
+  EXPECT_EQ(Decoded(Encoded("\\\t")), "\\\\t");
+}
+
 TEST(Decode, ReadsALetterBehindABackslashThatWasThereBeforeEncoding) {
   EXPECT_EQ(Decoded(Encoded("\\n")), "\n");
 }

@@ -169,6 +169,14 @@ TEST(PseudoUtf16WithAMark, ReadsWhatFollowsTheMarkInItsByteOrder) {
   EXPECT_EQ(Converted("\xFE\xFF\0\x41\0\x42"s), "AB");
 }
 
+TEST(PseudoUtf16WithAMark, ReadsAllOfItWhereverTheStreamStands) {
+  for (unsigned long pos = 0; pos <= 6; ++pos) {
+    TKvMemoryStream stream("\xFE\xFF\0\x41\0\x42"s);
+    stream.SetPos(pos);
+    EXPECT_EQ(PseudoUTF16toUTF8BOM(&stream), "AB") << pos;
+  }
+}
+
 TEST(PseudoUtf16WithAMark, GivesNothingForAMarkAlone) {
   EXPECT_EQ(Converted("\xFF\xFE"), "");
   EXPECT_EQ(Converted("\xFE\xFF"), "");
