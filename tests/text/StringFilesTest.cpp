@@ -6,6 +6,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <string>
 
@@ -131,6 +133,17 @@ TEST(ReadStringFromFile, IsEmptyForAFileThatNoMemoryCanHold) {
   std::error_code error;
   std::filesystem::resize_file(path, 1UL << 43, error);
   if (error) GTEST_SKIP() << "no file of 8 TiB can be made here: " << error.message();
+  EXPECT_EQ(ReadStringFromFile(path), "");
+}
+
+TEST(ReadStringFromFile, IsEmptyForAFileThatEndsBeforeItsSize) {
+  // A page by its size, a few bytes when it is read.
+  const std::string path = "/sys/devices/system/cpu/online";
+  std::ifstream file(path, std::ios::binary);
+  const std::string bytes(std::istreambuf_iterator<char>(file), {});
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  if (error || bytes.empty() || bytes.size() == size) GTEST_SKIP() << "no such file here";
   EXPECT_EQ(ReadStringFromFile(path), "");
 }
 
