@@ -15,6 +15,7 @@
 
 namespace {
 
+using namespace std::string_literals;
 using SatCommonUtils::DeNumerateString;
 using SatCommonUtils::GenerateNextString;
 using SatCommonUtils::GenerateNumeratedString;
@@ -273,7 +274,7 @@ std::string RandomText(std::mt19937* random, const std::string& alphabet, unsign
 TEST(GenerateNextString, AgreesWithItsRulesOnRandomTexts) {
   std::mt19937 random(68);
   for (int i = 0; i < 100000; ++i) {
-    const std::string text = RandomText(&random, "[[]]()()0123-+ x", 12);
+    const std::string text = RandomText(&random, "[[]]()()0123-+ x\0"s, 12);
     ASSERT_EQ(GenerateNextString(text), NextByModel(text, '[', ']')) << text;
     ASSERT_EQ(GenerateNumeratedString(text), NextByModel(text, '(', ')')) << text;
     ASSERT_EQ(DeNumerated(text), DeNumeratedByModel(text)) << text;
@@ -283,7 +284,7 @@ TEST(GenerateNextString, AgreesWithItsRulesOnRandomTexts) {
 TEST(GenerateUniqueString, AgreesWithItsRulesOnRandomNames) {
   std::mt19937 random(69);
   const auto name = [&random] {
-    const std::string stem = RandomText(&random, "aA[]", 3);
+    const std::string stem = RandomText(&random, "aA[]\0"s, 3);
     return random() % 2 == 0 ? stem : stem + "[" + std::to_string(random() % 5) + "]";
   };
   for (int i = 0; i < 100000; ++i) {

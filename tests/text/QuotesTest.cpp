@@ -108,7 +108,8 @@ TEST(RemoveQuotesAndWhitespaces, AgreesWithRemovalByteByByteOnRandomTexts) {
   std::mt19937 random(67);
   for (int i = 0; i < 100000; ++i) {
     std::string text;
-    for (unsigned long size = random() % 8; size > 0; --size) text += "\" \ta/\n"[random() % 6];
+    for (unsigned long size = random() % 8; size > 0; --size)
+      text += "\" \ta/\n\r\v\0"[random() % 9];
 
     const std::string removed = " \t\r\n\"";
     std::string expected = text;
