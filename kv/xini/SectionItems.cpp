@@ -1,7 +1,7 @@
 #include "xini/SectionItems.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cstring>
 #include <numeric>
 #include <tuple>
 
@@ -11,46 +11,72 @@ namespace {
 
 constexpr unsigned long kNone = ~0UL;
 
-template <class Range>
-std::size_t Length(const Range& range) {
-  return static_cast<std::size_t>(std::distance(range.begin(), range.end()));
+/// Whether the name of an element may be another than its tag.
+bool IsOddTag(const char* tag) {
+  static_assert(kv::kOddTag.size() == 1);
+  return tag[0] == kv::kOddTag[0] && tag[1] == '\0';
+}
+
+/// Whether a text that ends with a NUL is `name`. Names are short: a loop is quicker than a call.
+bool IsText(const char* text, std::string_view name) {
+  for (const char c : name) {
+    if (*text != c || c == '\0') return false;
+    ++text;
+  }
+  return *text == '\0';
 }
 
 }  // namespace
 
 namespace kv {
 
-const std::vector<SectionItems::Item>& SectionItems::List() const {
-  if (!isListed_) {
-    items_.clear();
-    items_.reserve(Length(section_.attributes()) + Length(section_.children()));
-    AddAttributes();
-    AddElements();
-    isListed_ = true;
-  }
-  return items_;
+void SectionItems::Reset(pugi::xml_node section) {
+  section_ = section;
+  isListed_ = false;
+  items_.clear();
+  decodedNames_.clear();
+  sorted_.clear();
 }
 
-void SectionItems::AddAttributes() const {
-  for (const pugi::xml_attribute attribute : section_.attributes()) {
-    const std::string_view name = attribute.name();
-    if (name[0] != '_') items_.push_back({name, {}, attribute});
+// pugixml's nodes stand in lists, and each step is a call: no step is taken twice. What has a name
+// is an element: declarations, processing instructions and document types are not kept.
+void SectionItems::MakeList() const {
+  items_.clear();
+  for (pugi::xml_attribute item = section_.first_attribute(); item; item = item.next_attribute()) {
+    const char* const name = item.name();
+    if (name[0] != '_') items_.push_back({{}, item, name, kUnknown});
   }
-}
-
-void SectionItems::AddElements() const {
   firstElement_ = items_.size();
-  for (const pugi::xml_node child : section_.children()) {
-    if (child.type() == pugi::node_element) items_.push_back({NameOf(child), child, {}});
+  for (pugi::xml_node item = section_.first_child(); item; item = item.next_sibling()) {
+    const char* const name = item.name();
+    if (name[0] != '\0') items_.push_back({item, {}, name, kUnknown});
   }
+  isListed_ = true;
 }
 
-std::string_view SectionItems::NameOf(pugi::xml_node element) const {
-  const std::string_view tag = element.name();
-  if (tag != kOddTag) return tag;
-  const std::string_view written = element.attribute(kNameMark).value();
-  if (!EncodedPartsOf(element).name) return written;
-  return decodedNames_.emplace_front(DecodedName(written));
+void SectionItems::FindOutName(Item* item) const {
+  if (item->element && IsOddTag(item->name)) {
+    const char* const written = item->element.attribute(kNameMark).value();
+    if (EncodedPartsOf(item->element).name) {
+      const std::string& decoded = decodedNames_.emplace_front(DecodedName(written));
+      item->name = decoded.data();
+      item->length = decoded.size();
+      return;
+    }
+    item->name = written;
+  }
+  item->length = std::strlen(item->name);
+}
+
+std::string_view SectionItems::Name(Item* item) const {
+  if (item->length == kUnknown) FindOutName(item);
+  return {item->name, item->length};
+}
+
+// The length of a plain name is not needed to see that it is another.
+bool SectionItems::HasName(Item* item, std::string_view name) const {
+  if (item->length == kUnknown && !IsOddTag(item->name)) return IsText(item->name, name);
+  return Name(item) == name;
 }
 
 unsigned long SectionItems::Find(std::string_view name, unsigned long start) const {
@@ -58,7 +84,10 @@ unsigned long SectionItems::Find(std::string_view name, unsigned long start) con
   const unsigned long size = Size();
   const unsigned long near = start < size ? start + std::min(kNear, size - start) : start;
   for (unsigned long i = start; i < near; ++i) {
-    if (items_[i].name == name) return i;
+    Item& item = items_[i];
+    // Most names differ in their first byte. That of an odd tag says nothing of its name.
+    const bool differs = !name.empty() && item.name[0] != name[0] && item.name[0] != kOddTag[0];
+    if (!differs && HasName(&item, name)) return i;
   }
   return near < size ? FindSorted(name, near) : kNone;
 }
@@ -68,7 +97,7 @@ unsigned long SectionItems::FindElement(std::string_view name) const {
 }
 
 unsigned long SectionItems::FindSorted(std::string_view name, unsigned long start) const {
-  const auto key = [this](unsigned long i) { return std::tuple(items_[i].name, i); };
+  const auto key = [this](unsigned long i) { return std::tuple(NameAt(i), i); };
   if (sorted_.empty()) {
     std::vector<unsigned long> sorted(Size());
     std::iota(sorted.begin(), sorted.end(), 0UL);
@@ -79,7 +108,7 @@ unsigned long SectionItems::FindSorted(std::string_view name, unsigned long star
   const auto found =
       std::lower_bound(sorted_.begin(), sorted_.end(), std::tuple(name, start),
                        [&](unsigned long i, const auto& wanted) { return key(i) < wanted; });
-  return found != sorted_.end() && items_[*found].name == name ? *found : kNone;
+  return found != sorted_.end() && NameAt(*found) == name ? *found : kNone;
 }
 
 }  // namespace kv

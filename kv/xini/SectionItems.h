@@ -14,26 +14,38 @@ namespace kv {
 /// has to go far.
 class SectionItems {
  public:
+  /// One of element and attribute is null.
   struct Item {
-    std::string_view name;
-    pugi::xml_node element;  ///< null for an attribute
+    pugi::xml_node element;
     pugi::xml_attribute attribute;
+    const char* name;    ///< as it stands in the document until it is known
+    std::size_t length;  ///< of the name; kUnknown until somebody asks
   };
 
-  explicit SectionItems(pugi::xml_node section) : section_(section) {}
+  SectionItems() = default;
+
+  /// Turns to another section. Memory is kept, so that entering sections costs none.
+  void Reset(pugi::xml_node section);
 
   unsigned long Size() const { return List().size(); }
   const Item& operator[](unsigned long i) const { return List()[i]; }
+  std::string_view NameAt(unsigned long i) const { return Name(&items_[i]); }
   /// The first item of that name at `start` or behind it; all ones when there is none.
   unsigned long Find(std::string_view name, unsigned long start) const;
   /// The same for items that are elements.
   unsigned long FindElement(std::string_view name) const;
 
  private:
-  const std::vector<Item>& List() const;
-  void AddAttributes() const;
-  void AddElements() const;
-  std::string_view NameOf(pugi::xml_node element) const;
+  static constexpr std::size_t kUnknown = ~std::size_t{0};
+
+  const std::vector<Item>& List() const {
+    if (!isListed_) MakeList();
+    return items_;
+  }
+  void MakeList() const;
+  bool HasName(Item* item, std::string_view name) const;
+  std::string_view Name(Item* item) const;
+  void FindOutName(Item* item) const;
   unsigned long FindSorted(std::string_view name, unsigned long start) const;
 
   pugi::xml_node section_;

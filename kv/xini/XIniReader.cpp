@@ -29,61 +29,103 @@ class TKvXIniReader::Impl {
  public:
   explicit Impl(TKvStream* stream) {
     document_.Load(stream, kv::WhiteSpace::kInLeaves, kv::kEncodedMark, kv::CheckXIniElement);
-    sections_.emplace_back(0, document_.Root());
+    Push(0, document_.Root());
   }
 
-  const kv::SectionItems& Items() const { return sections_.back().items; }
+  const kv::SectionItems& Items() const { return current_->items; }
 
   std::string Value(unsigned long i) const {
     const kv::SectionItems::Item& item = At(i);
-    if (!item.element) return item.attribute.value();
-    if (HasChildElement(item.element)) {
-      throw TKvError("XML-ini: " + Quoted(item.name) + " is a section, not a value");
-    }
-    return kv::XIniValue(item.element);
+    const char* const plain = PlainValue(item);
+    return plain != nullptr ? plain : OddValue(item, i);
   }
 
   template <class T>
   T Number(unsigned long i, const char* kind) const {
-    const std::string text = Value(i);
+    const kv::SectionItems::Item& item = At(i);
+    const char* const plain = PlainValue(item);
     T number = 0;
-    if (kv::ParseNumber(text, &number)) return number;
-    throw TKvError("XML-ini: " + Quoted(At(i).name) + " is not " + kind + ": " + Quoted(text));
+    if (plain != nullptr && kv::ParseNumber(plain, &number)) return number;
+    return OddNumber<T>(i, kind);
   }
 
   unsigned long FindElement(std::string_view name) const { return Items().FindElement(name); }
 
   unsigned long Enter(unsigned long i) {
     const kv::SectionItems::Item& item = At(i);
-    if (!item.element) throw TKvError("XML-ini: " + Quoted(item.name) + " is not a section");
-    sections_.emplace_back(lastSection_ + 1, item.element);
+    if (!item.element)
+      throw TKvError("XML-ini: " + Quoted(Items().NameAt(i)) + " is not a section");
+    Push(lastSection_ + 1, item.element);
     return ++lastSection_;
   }
 
   void Leave(unsigned long section) {
-    const auto entered = std::lower_bound(
-        sections_.begin() + 1, sections_.end(), section,
-        [](const Section& candidate, unsigned long id) { return candidate.id < id; });
-    if (entered == sections_.end() || entered->id != section) return;
-    sections_.erase(entered, sections_.end());
+    std::size_t depth = depth_ - 1;
+    if (sections_[depth].id != section) depth = DepthOf(section);
+    if (depth == 0) return;
+    depth_ = depth;
+    current_ = &sections_[depth_ - 1];
   }
 
  private:
   struct Section {
-    Section(unsigned long number, pugi::xml_node element) : id(number), items(element) {}
-
     unsigned long id;
     kv::SectionItems items;
   };
+
+  void Push(unsigned long id, pugi::xml_node element) {
+    if (depth_ == sections_.size()) sections_.emplace_back();
+    current_ = &sections_[depth_++];
+    current_->id = id;
+    current_->items.Reset(element);
+  }
+
+  /// The number of sections around the one of that identifier; 0 when it is not entered.
+  std::size_t DepthOf(unsigned long section) const {
+    const auto end = sections_.begin() + static_cast<std::ptrdiff_t>(depth_);
+    const auto entered = std::lower_bound(
+        sections_.begin() + 1, end, section,
+        [](const Section& candidate, unsigned long id) { return candidate.id < id; });
+    if (entered == end || entered->id != section) return 0;
+    return static_cast<std::size_t>(entered - sections_.begin());
+  }
 
   const kv::SectionItems::Item& At(unsigned long i) const {
     if (i < Items().Size()) return Items()[i];
     throw TKvError("XML-ini: there is no item " + std::to_string(i) + " in the section");
   }
 
+  /// The value where it lies in the document in one piece as it is, else null.
+  const char* PlainValue(const kv::SectionItems::Item& item) const {
+    if (!item.element) return item.attribute.value();
+    if (item.element.first_child()) return nullptr;
+    if (document_.HasMark() && item.element.first_attribute()) return nullptr;
+    return item.element.value();
+  }
+
+  /// The value of an element of several pieces, or encoded.
+  std::string OddValue(const kv::SectionItems::Item& item, unsigned long i) const {
+    if (HasChildElement(item.element)) {
+      throw TKvError("XML-ini: " + Quoted(Items().NameAt(i)) + " is a section, not a value");
+    }
+    return kv::XIniValue(item.element);
+  }
+
+  template <class T>
+  T OddNumber(unsigned long i, const char* kind) const {
+    const std::string text = Value(i);
+    T number = 0;
+    if (kv::ParseNumber(text, &number)) return number;
+    throw TKvError("XML-ini: " + Quoted(Items().NameAt(i)) + " is not " + kind + ": " +
+                   Quoted(text));
+  }
+
   kv::XmlDocument document_;
-  // In the order of their identifiers; the root, which is not entered and not left, is the first.
+  // Those entered are the first `depth_`, in the order of their identifiers; the root, which is not
+  // entered and not left, is the first of all. The others wait to be used again.
   std::deque<Section> sections_;
+  std::size_t depth_ = 0;
+  Section* current_ = nullptr;
   unsigned long lastSection_ = 0;
 };
 

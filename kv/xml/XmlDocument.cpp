@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Kv/Stream.h"
+#include "text/Blocks.h"
 #include "xml/StreamBytes.h"
 #include "xml/XmlCharacters.h"
 #include "xml/XmlEncoding.h"
@@ -29,6 +30,20 @@ bool HasTextPieces(std::string_view text) {
     if (found != 0) return true;
   }
   return false;
+}
+
+// The first byte of a mark may be frequent; its first two in a row are not.
+bool Contains(std::string_view text, std::string_view mark) {
+  constexpr std::size_t kBlock = 16;
+  std::size_t i = 0;
+  for (; mark.size() > 1 && i + kBlock < text.size(); i += kBlock) {
+    const char* const at = text.data() + i;
+    const __m128i first = kv::Equal(kv::LoadBlock(at), mark[0]);
+    const __m128i second = kv::Equal(kv::LoadBlock(at + 1), mark[1]);
+    if (_mm_movemask_epi8(_mm_and_si128(first, second)) == 0) continue;
+    if (text.substr(i, kBlock - 1 + mark.size()).find(mark) != std::string_view::npos) return true;
+  }
+  return text.find(mark, i) != std::string_view::npos;
 }
 
 bool IsBlank(std::string_view text) {
@@ -71,7 +86,8 @@ void XmlDocument::Load(std::string_view bytes, WhiteSpace whiteSpace, std::strin
   if (bad != std::string_view::npos) FailAt(bad, "not a character of XML in UTF-8");
   Parse(whiteSpace);
   FindRoot();
-  if (check != nullptr && text_.find(mark) != std::string_view::npos) CheckAll(check);
+  hasMark_ = check != nullptr && Contains(text_, mark);
+  if (hasMark_) CheckAll(check);
   text_ = {};
 }
 

@@ -37,6 +37,8 @@ class XmlDocument {
             Check check = nullptr);
 
   pugi::xml_node Root() const { return root_; }
+  /// Whether the text contains the mark; false where no check was asked for.
+  bool HasMark() const { return hasMark_; }
   /// Throws TKvError with the element's place in the text. For use in a Check only.
   [[noreturn]] void Fail(pugi::xml_node element, const std::string& reason) const;
 
@@ -48,6 +50,7 @@ class XmlDocument {
 
   pugi::xml_document document_;
   pugi::xml_node root_;
+  bool hasMark_ = false;
   std::string_view text_;
 };
 

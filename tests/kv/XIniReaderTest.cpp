@@ -522,6 +522,48 @@ TEST(XIniReader, CountsNestingAsDeepAsItIsWithBase64Inside) {
   EXPECT_THAT(ReadError(text), HasSubstr("the value is not base64"));
 }
 
+TEST(XIniReader, ASectionEnteredAfterAnotherHasItsOwnItemsAndNames) {
+  TKvXIniReader reader(
+      MakeStream("<r><s><a>1</a><_ _name='b c'>2</_><_ _enc='name' _name='AQ=='>3</_><_>4</_></s>"
+                 "<s d='5'><a>6</a></s><s/><s><_ _enc='name' _name='Ag=='>7</_></s></r>"));
+  const auto found = [&](const char* name) {
+    const unsigned long item = reader.FindF(name, 0);
+    return item == kNone ? "none" : reader.ReadE<std::string>(item);
+  };
+  const auto all = [&](unsigned long section) {
+    const unsigned long entered = reader.EnterItem(section);
+    std::string values = std::to_string(reader.GetItemCount());
+    for (const char* name : {"a", "b c", "\x01", "", "d", "\x02"}) values += " " + found(name);
+    reader.LeaveSection(entered);
+    return values;
+  };
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(all(0), "4 1 2 3 4 none none");
+    EXPECT_EQ(all(1), "2 6 none none none 5 none");
+    EXPECT_EQ(all(2), "0 none none none none none none");
+    EXPECT_EQ(all(3), "1 none none none none none 7");
+  }
+  EXPECT_EQ(reader.GetItemCount(), 4U);
+}
+
+TEST(XIniReader, ANameThatBeginsLikeAnotherIsAnother) {
+  const TKvXIniReader reader(MakeStream("<r><ab/><abcd/><abc/><a/></r>"));
+  EXPECT_EQ(reader.FindF("abc", 0), 2U);
+  EXPECT_EQ(reader.FindF("a", 0), 3U);
+  EXPECT_EQ(reader.FindF("abcde", 0), kNone);
+  EXPECT_EQ(reader.FindF("", 0), kNone);
+}
+
+TEST(XIniReader, FindsAnEncodedValueWhereverItStands) {
+  for (std::size_t before = 0; before < 40; ++before) {
+    for (std::size_t behind = 0; behind < 20; ++behind) {
+      const std::string text = "<r" + std::string(before, ' ') + "><a _enc='value'>YQ==</a" +
+                               std::string(behind, ' ') + "></r>";
+      ASSERT_EQ(FirstValue(text), "a") << before << " " << behind;
+    }
+  }
+}
+
 TEST(XIniReader, VisitsManyItemsByPositionAndByName) {
   constexpr unsigned long kCount = 100000;
   const std::string text = Written([](TKvXIniStreamWriter& writer) {
