@@ -38,7 +38,8 @@ RAVELIN_EXPORT unsigned int SplitString(const char* text, const char* separators
 RAVELIN_EXPORT unsigned int SplitStringQuot(const char* text, const char* separators,
                                             std::string* out, unsigned int maxCount,
                                             TKvProgressHandler* handler, bool keepEmpty);
-/// The same, all fields; they are put behind what `*out` holds. Returns how many this call found.
+/// The same, all fields; they are put behind what `*out` holds, or with a null `out` only counted.
+/// Returns how many this call found.
 RAVELIN_EXPORT unsigned int SplitStringQuot(const char* text, const char* separators,
                                             std::vector<std::string>* out, bool keepEmpty);
 
