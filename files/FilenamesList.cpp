@@ -35,7 +35,7 @@ TFilenamesList::TFilenamesList(const TFilenamesList& other)
     : names_(other.names_), cursor_(CursorAt(names_, 0)) {}
 
 TFilenamesList& TFilenamesList::operator=(const TFilenamesList& other) {
-  names_ = other.names_;
+  if (this != &other) names_ = other.names_;
   cursor_ = kEnd;
   return *this;
 }

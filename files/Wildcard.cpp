@@ -47,7 +47,7 @@ std::string WithoutTextBehindStars(const std::string& mask) {
 
 }  // namespace
 
-Wildcard::Wildcard(const std::string& mask) : form_(Form::kNothing) {
+Wildcard::Wildcard(const std::string& mask) {
   if (mask.empty() || mask == "#") return;
   const std::string lower = ::tolower(mask);
   form_ = lower.front() == '#' ? Form::kSuffix : Form::kPieces;

@@ -19,7 +19,7 @@ class Wildcard {
 
   bool MatchesPieces(std::string_view name) const;
 
-  Form form_;
+  Form form_ = Form::kNothing;
   /// Lower case. A suffix without its '#'; pieces with nothing between a '*' and the next dot.
   std::string pattern_;
 };

@@ -19,7 +19,7 @@ bool IsUtf8(const std::string& text) {
 
 /// What a folder holds besides the files that the module lists.
 struct FolderContents {
-  std::vector<std::string> subfolders;  ///< names, sorted bytewise
+  std::vector<std::string> subfolders;  ///< names, the last in the order of their bytes first
   unsigned long namesNotUtf8 = 0;
   std::error_code error;  ///< why it could not be read to its end
 };
@@ -40,7 +40,7 @@ FolderContents ReadFolder(const std::string& folder) {
       contents.subfolders.push_back(name);
     }
   }
-  std::sort(contents.subfolders.begin(), contents.subfolders.end());
+  std::sort(contents.subfolders.rbegin(), contents.subfolders.rend());
   return contents;
 }
 
@@ -73,9 +73,7 @@ FolderListing ListFolders(const ListingRequest& request) {
     std::vector<std::string> files = FilesIn(folder, request);
     if (!files.empty()) listing.folders.push_back({folder, std::move(files)});
     if (!request.recursive) break;
-    for (auto name = contents.subfolders.rbegin(); name != contents.subfolders.rend(); ++name) {
-      waiting.push_back(PathIn(folder, *name));
-    }
+    for (const std::string& name : contents.subfolders) waiting.push_back(PathIn(folder, name));
   }
   return listing;
 }

@@ -303,6 +303,15 @@ TEST(FilenamesListTest, AssignmentReplacesTheNamesAndLeavesTheCursorAtTheEnd) {
   EXPECT_THAT(Walk(other), ElementsAre("a", "b"));
 }
 
+TEST(FilenamesListTest, AssignmentToItselfKeepsTheNamesAndLeavesTheCursorAtTheEnd) {
+  TFilenamesList list = ListOf({"a", "b"});
+  list.GetFirst(nullptr);
+  const TFilenamesList& same = list;
+  list = same;
+  EXPECT_EQ(Current(list), "(end)");
+  EXPECT_THAT(Walk(list), ElementsAre("a", "b"));
+}
+
 TEST(FilenamesListTest, AListCanBeDerivedFromAndIsDestroyedThroughItsBase) {
   struct Derived : TFilenamesList {
     explicit Derived(bool* gone) : gone(gone) {}
