@@ -156,7 +156,8 @@ RAVELIN_EXPORT unsigned long FillFolderAndSubfoldersFilesList(
 /// Looks for a file in `folder` by a wildcard pattern of Qt's ('*' any characters, '?' one, [...]
 /// sets), letter case ignored, beyond ASCII too: "scene_b1.tif" finds SCENE_B1.TIF. True stores the
 /// bare name as it is on disk, of several the first in the order of the file system; false leaves
-/// `*foundName` alone. It may be null.
+/// `*foundName` alone. It may be null. A set without an end matches nothing, and neither may a
+/// pattern of dozens of stars: Qt gives a name up that could match in too many ways.
 RAVELIN_EXPORT bool FileExists(const std::string& folder, const std::string& nameFilter,
                                std::string* foundName);
 

@@ -71,6 +71,12 @@ TEST_F(FileLookupTest, BracketsHoldASetOfCharacters) {
   EXPECT_EQ(Found(folder.Path(), "b[!5].img"), "(none)");
 }
 
+TEST_F(FileLookupTest, ABracketInASetIsACharacterLikeOthers) {
+  folder.Write("b[5].img", "");
+  EXPECT_EQ(Found(folder.Path(), "b[[]5].img"), "b[5].img");
+  EXPECT_EQ(Found(folder.Path(), "b[5].img"), "(none)");
+}
+
 TEST_F(FileLookupTest, SignsOfRegularExpressionsAreCharactersLikeOthers) {
   folder.Write("a+(b)^$|{1}.txt", "");
   EXPECT_EQ(Found(folder.Path(), "A+(b)^$|{1}.txt"), "a+(b)^$|{1}.txt");
