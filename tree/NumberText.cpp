@@ -38,6 +38,7 @@ std::string NumberToText(double number) {
   return {text, result.ptr};
 }
 
+// What this scan makes of a text is what callers rely on. NOLINTBEGIN(cert-err34-c)
 bool TextToNumber(const std::string& text, int* number) {
   return std::sscanf(text.c_str(), "%d", number) == 1;
 }
@@ -46,5 +47,6 @@ bool TextToNumber(const std::string& text, double* number) {
   const ClassicLocale locale;
   return std::sscanf(text.c_str(), "%lf", number) == 1;
 }
+// NOLINTEND(cert-err34-c)
 
 }  // namespace SatCommonUtils

@@ -118,7 +118,7 @@ TEST(DataFieldTest, EveryNumberOfDigitsIsCounted) {
 }
 
 TEST(DataFieldTest, EveryNumberOfValuesIsCounted) {
-  for (const std::size_t count : {9, 10, 99, 100, 101, 1000}) {
+  for (const std::size_t count : {9UL, 10UL, 99UL, 100UL, 101UL, 1000UL}) {
     std::vector<std::string> values(count);
     EXPECT_EQ(Written(TStringTreeField(1, 0, values.data(), count, ""), 0),
               "(1,0)[" + std::to_string(count) + "]" + std::string(count, '\t') + "\n");
