@@ -15,6 +15,8 @@ namespace kv {
 /// stream. Nothing throws.
 class OutputBuffer {
  public:
+  static constexpr std::size_t kCapacity = std::size_t{64} << 10U;
+
   explicit OutputBuffer(var_a_legacy::var_a<TKvStream*> stream);
 
   void Append(std::string_view text) {
@@ -26,10 +28,9 @@ class OutputBuffer {
     used_ += text.size();
   }
   void Append(char c) { Append(std::string_view(&c, 1)); }
-  /// Room for `size` bytes that are about to be written, null when they are more than ever fit;
-  /// Took then says where they end.
+  /// Room for `size` bytes, at most kCapacity, that are about to be written; Took then says where
+  /// they end.
   char* Room(std::size_t size) {
-    if (size > kCapacity) return nullptr;
     if (size > kCapacity - used_) Flush();
     return buffer_.data() + used_;
   }
@@ -43,8 +44,6 @@ class OutputBuffer {
  private:
   void AppendBeyond(std::string_view text);
   void Send(std::string_view text);
-
-  static constexpr std::size_t kCapacity = std::size_t{64} << 10U;
 
   var_a_legacy::var_a<TKvStream*> stream_;
   std::array<char, kCapacity> buffer_;

@@ -143,6 +143,7 @@ bool XmlElementWriter::AddAttribute(const std::string& name, std::string_view te
 
 bool XmlElementWriter::PlainLeaf(std::string_view tag, std::string_view text) {
   if (text.empty() || std::max(tag.size(), text.size()) > kShortLeaf) return false;
+  static_assert(kDeepest + 3 * kShortLeaf + 16 <= OutputBuffer::kCapacity, "a leaf has room");
   const std::size_t depth = Depth();
   char* to = output_->Room(depth + 2 * tag.size() + text.size() + std::strlen("<></>\n"));
   to = std::fill_n(to, depth, '\t');
