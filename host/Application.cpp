@@ -13,6 +13,7 @@
 #include "host/InfoCommand.h"
 #include "host/Interrupt.h"
 #include "host/SampleCommand.h"
+#include "host/ShapeCommand.h"
 #include "host/StitchCommand.h"
 #include "host/TreeCommand.h"
 #include "host/XmlCommand.h"
@@ -51,6 +52,7 @@ void AddCommands(CLI::App& app) {
   AddXmlCommand(app);
   AddTreeCommand(app);
   AddFilesCommand(app);
+  AddShapeCommand(app);
 }
 
 int Report(const std::string& message, ExitCode code) {

@@ -1,0 +1,213 @@
+#include "host/ShapeCommand.h"
+
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Kv/Text.h"
+#include "host/HostError.h"
+#include "host/InputFile.h"
+#include "host/PendingFile.h"
+#include "host/PixelArea.h"
+#include "host/PngWriter.h"
+#include "host/PointText.h"
+#include "host/ShapeCompanions.h"
+#include "host/ShapeFile.h"
+#include "host/ShapeInfo.h"
+#include "host/ShapeOutline.h"
+#include "host/TextInput.h"
+
+namespace ravelin {
+namespace {
+
+constexpr unsigned long kLongestPoints = 1UL << 32;
+constexpr unsigned long kLongestWkt = 1UL << 20;
+constexpr long kLeastSide = 32;
+constexpr long kMostSide = 16384;
+
+struct InfoArguments {
+  std::string file;
+  bool json = false;
+};
+
+struct ShowArguments {
+  std::string file;
+  std::string output;
+  std::string size = "1000x1000";
+};
+
+struct FromPointsArguments {
+  std::string points;
+  std::string output;
+  std::string wkt;
+};
+
+void Inform(const InfoArguments& arguments) {
+  const nlohmann::ordered_json json = DescribeShape(ReadShapeFile(arguments.file), arguments.file);
+  std::cout << (arguments.json ? json.dump(2) + "\n" : ShapeText(json)) << std::flush;
+  if (!std::cout) {
+    throw HostError("standard output", "cannot be written", "free some space or write elsewhere");
+  }
+}
+
+void CheckEnding(const std::string& path, const std::string& ending) {
+  if (tolower(path).ends_with(ending)) return;
+  throw CLI::ValidationError(path, "end the name in " + ending);
+}
+
+ImageSize SizeOf(const std::string& text) {
+  const std::optional<ImageSize> size = ParseSize(text);
+  if (size && size->width >= kLeastSide && size->width <= kMostSide && size->height >= kLeastSide &&
+      size->height <= kMostSide) {
+    return *size;
+  }
+  throw CLI::ValidationError("--size", "'" + text + "' is not WxH with pixels from " +
+                                           std::to_string(kLeastSide) + " to " +
+                                           std::to_string(kMostSide));
+}
+
+void WritePng(const GreyPicture& picture, const std::string& path) {
+  PendingFile file(path);
+  PngWriter writer(file, {picture.size.width, picture.size.height, 1, 8}, path);
+  for (long row = 0; row < picture.size.height; ++row) {
+    writer.WriteRow(picture.pixels.data() + row * picture.size.width);
+  }
+  writer.Finish();
+  file.Commit();
+}
+
+void Show(const ShowArguments& arguments) {
+  CheckEnding(arguments.output, ".png");
+  const ImageSize size = SizeOf(arguments.size);
+  const ShapeFile file = ReadShapeFile(arguments.file);
+  if (!file.refusal.empty()) {
+    throw HostError(arguments.file, file.refusal, "give the main file of a polygon or polygon Z");
+  }
+  if (!CanBeDrawn(file.polygon.rings)) {
+    throw HostError(arguments.file, "holds points that are no finite numbers and cannot be drawn",
+                    "remove them");
+  }
+  WritePng(DrawOutline(file.polygon.rings, size), arguments.output);
+}
+
+std::string MainFile(const SatCommonUtils::TShapeFileRing& ring, const std::string& name) {
+  SatCommonUtils::TShapeFilePolygonData data;
+  TKvMemoryStream stream;
+  if (!data.Setup({ring}) || !data.Write(&stream)) {
+    throw HostError(name, "has too many points for a shapefile", "give fewer");
+  }
+  return stream.Bytes();
+}
+
+std::string ReadWkt(const std::string& path) {
+  std::string text = ReadWholeFile(path, kLongestWkt);
+  if (trim(text).empty()) throw HostError(path, "is empty", "give the WKT of a coordinate system");
+  return text;
+}
+
+void Note(const std::string& file, const std::string& text) {
+  std::cerr << "ravelin: " << Printable(file) << ": note: " << text << '\n';
+}
+
+/// Files from before that programs would take for those of the new main file.
+void NoteStrangers(const std::string& base, bool hasWkt) {
+  for (const char* ending : {".prj", ".cpg", ".qix", ".sbn", ".sbx"}) {
+    if (hasWkt && ending == std::string(".prj")) continue;
+    std::error_code ignored;
+    if (!std::filesystem::exists(base + ending, ignored)) continue;
+    Note(base + ending,
+         "was there already and stays; remove it if it does not belong to the new "
+         "shapefile");
+  }
+}
+
+/// The main file comes last: whoever waits for it finds the others.
+void WriteFiles(const std::string& base, const FromPointsArguments& arguments,
+                const std::string& mainBytes, const std::string& wkt) {
+  const ShapeCompanions companions = MakeShapeCompanions(mainBytes, arguments.output);
+  PendingFile index(base + ".shx");
+  PendingFile attributes(base + ".dbf");
+  PendingFile main(arguments.output);
+  index.Write(companions.index.data(), companions.index.size());
+  attributes.Write(companions.attributes.data(), companions.attributes.size());
+  main.Write(mainBytes.data(), mainBytes.size());
+  if (arguments.wkt.empty()) {
+    PendingFile::CommitTogether({&index, &attributes, &main});
+    return;
+  }
+  PendingFile projection(base + ".prj");
+  projection.Write(wkt.data(), wkt.size());
+  PendingFile::CommitTogether({&index, &attributes, &projection, &main});
+}
+
+void MakeFromPoints(const FromPointsArguments& arguments) {
+  CheckEnding(arguments.output, ".shp");
+  const std::string base = arguments.output.substr(0, arguments.output.size() - 4);
+  const TextInput input = ReadTextInput(arguments.points, kLongestPoints);
+  SatCommonUtils::TShapeFileRing ring = ParsePoints(input.text, input.name);
+  const bool turned = MakeClockwise(&ring);
+  const std::string wkt = arguments.wkt.empty() ? "" : ReadWkt(arguments.wkt);
+  WriteFiles(base, arguments, MainFile(ring, input.name), wkt);
+  if (turned) {
+    Note(input.name,
+         "the points run anticlockwise; they are written clockwise, as the format "
+         "wants it");
+  }
+  NoteStrangers(base, !arguments.wkt.empty());
+}
+
+void AddInfo(CLI::App& shape) {
+  const auto arguments = std::make_shared<InfoArguments>();
+  CLI::App* command = shape.add_subcommand("info", "Say what a shapefile is, or why it is refused");
+  command->add_option("FILE", arguments->file, "Any file")->type_name("")->required();
+  command->add_flag("--json", arguments->json, "Print JSON instead of text");
+  command->footer("Example:\n  ravelin shape info footprint.shp");
+  command->callback([arguments] { Inform(*arguments); });
+}
+
+void AddShow(CLI::App& shape) {
+  const auto arguments = std::make_shared<ShowArguments>();
+  CLI::App* command = shape.add_subcommand("show", "Draw the first polygon");
+  command->add_option("FILE", arguments->file, "Main file of a shapefile")
+      ->type_name("")
+      ->required();
+  command->add_option("-o,--output", arguments->output, "Picture to write")
+      ->type_name("OUT.png")
+      ->required();
+  command->add_option("--size", arguments->size, "Most pixels (default: 1000x1000)")
+      ->type_name("WxH");
+  command->footer("Example:\n  ravelin shape show footprint.shp -o footprint.png");
+  command->callback([arguments] { Show(*arguments); });
+}
+
+void AddFromPoints(CLI::App& shape) {
+  const auto arguments = std::make_shared<FromPointsArguments>();
+  CLI::App* command = shape.add_subcommand("from-points", "Make a shapefile of one ring");
+  command->add_option("FILE", arguments->points, "Text, \"x y\" a line; - for standard input")
+      ->type_name("")
+      ->required();
+  command
+      ->add_option("-o,--output", arguments->output,
+                   "Main file to write; .shx and .dbf come beside it")
+      ->type_name("OUT.shp")
+      ->required();
+  command->add_option("--wkt", arguments->wkt, "Coordinate system, to be written as .prj")
+      ->type_name("FILE");
+  command->footer("Example:\n  ravelin shape from-points corners.txt -o footprint.shp");
+  command->callback([arguments] { MakeFromPoints(*arguments); });
+}
+
+}  // namespace
+
+void AddShapeCommand(CLI::App& app) {
+  CLI::App* shape = app.add_subcommand("shape", "Tell, draw and make shapefiles of one polygon");
+  shape->require_subcommand(1);
+  AddInfo(*shape);
+  AddShow(*shape);
+  AddFromPoints(*shape);
+  shape->footer("Example:\n  ravelin shape info footprint.shp");
+}
+
+}  // namespace ravelin
