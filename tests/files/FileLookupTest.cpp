@@ -147,7 +147,9 @@ TEST_F(FileLookupTest, AFolderWithoutPermissionHoldsNothing) {
 
 TEST_F(FileLookupTest, EveryFailureToAllocatePasses) {
   folder.Write("a name that is too long to be kept inside a string object", "");
-  Found(folder.Path(), "*");
+  // Qt makes what it keeps for a thread at the first pattern but "*", and does not survive a
+  // failure then.
+  Found(folder.Path(), "A*");
   unsigned long failures = 0;
   for (bool done = false; !done; ++failures) {
     ASSERT_LT(failures, 10000u);
