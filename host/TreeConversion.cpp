@@ -1,5 +1,7 @@
 #include "host/TreeConversion.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <new>
 #include <vector>
 
@@ -28,6 +30,7 @@ bool SurvivesEscapes(const std::string& text) {
 
 /// What text cannot carry of a field; empty when it carries all.
 std::string LossOf(const TField& field) {
+  if (field.tag < 0 || field.idx < 0) return "its tag or index is negative";
   if (field.count == 0) return "it has no values";
   for (std::size_t i = 0; i < field.count; ++i) {
     if (!SurvivesEscapes(field.values[i])) return "a value has a NUL or a backslash of an escape";
@@ -81,7 +84,8 @@ void EnterSection(TKvXIniReader* reader, const std::string& section, const std::
 }  // namespace
 
 bool IsTreeText(const std::string& text) {
-  return text.starts_with('(') || text.starts_with('\t');
+  const std::size_t tabs = std::min(text.find_first_not_of('\t'), text.size());
+  return text.compare(tabs, 1, "(") == 0;
 }
 
 void ReadTreeText(const std::string& text, const std::string& file, TStringTree* tree) {

@@ -100,6 +100,14 @@ TEST(TreeCommand, ListsEitherForm) {
   ExpectOutput(RunTree(folder, {"show", "a.xml"}), kListing);
 }
 
+TEST(TreeCommand, ListsEitherFormBehindTabs) {
+  TempFolder folder;
+  folder.Write("a.txt", "\t(1,0)x\n\t\n");
+  folder.Write("a.xml", "\t<r><tree tag=\"1\" idx=\"0\" hdr=\"x\"/></r>");
+  ExpectOutput(RunTree(folder, {"show", "a.txt"}), "(1,0) x\n");
+  ExpectOutput(RunTree(folder, {"show", "a.xml"}), "(1,0) x\n");
+}
+
 TEST(TreeCommand, ListsAsJson) {
   TempFolder folder;
   folder.Write("a.txt", kText);
@@ -275,6 +283,16 @@ TEST(TreeCommand, WhatTextCannotCarryIsRefused) {
   ExpectNotCarried("<tree tag=\"1\" idx=\"0\" hdr=\"a&#10;b\"/>",
                    "tree (1,0): its header has a NUL or a line feed; keep the XML or change that "
                    "header");
+}
+
+TEST(TreeCommand, AFieldOfXmlWithNegativeKeysIsNotLostInText) {
+  const std::string rest = ": its tag or index is negative; keep the XML or change that field";
+  const std::string head = "<tree tag=\"1\" idx=\"0\" hdr=\"\"><field><_>";
+  const std::string tail = "<hdr>x</hdr><data><_>y</_></data></_></field></tree>";
+  ExpectNotCarried(head + "<tag>-2</tag><idx>3</idx>" + tail,
+                   "field (-2,3) of the tree (1,0)" + rest);
+  ExpectNotCarried(head + "<tag>2</tag><idx>-3</idx>" + tail,
+                   "field (2,-3) of the tree (1,0)" + rest);
 }
 
 TEST(TreeCommand, DeepTreesAreConvertedAndListed) {
