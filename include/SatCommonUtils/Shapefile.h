@@ -202,7 +202,7 @@ class RAVELIN_EXPORT TShapeFilePolygonData : public TShapeFileData {
   /// the stream takes less than it is given. A ring without points is written as the default point.
   /// The start index of a part does not count the closing points of the parts before it, so from
   /// the second ring on indices fall short: callers rely on it. A file of one ring reads back as it
-  /// was.
+  /// was. What the stream throws passes.
   bool Write(TKvStream* stream) const override;
 
   /// Empty and not valid, type polygon.

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cfloat>
+#include <filesystem>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 
@@ -57,6 +59,10 @@ class TRecordingData : public TShapeFileData {
   int initialized = 0;
   int resets = 0;
 };
+
+long OpenFiles() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
 
 TEST(ShapeFileDataTest, ANewOneIsInvalid) {
   ExpectReset(TShapeFileData());
@@ -181,6 +187,26 @@ TEST(ShapeFileDataTest, WriteToFileOfAnInvalidOneLeavesTheFileAlone) {
   const std::string path = folder.File("a.shp", "as it was");
   EXPECT_FALSE(TRecordingData().WriteToFile(path));
   EXPECT_EQ(folder.Contents("a.shp"), "as it was");
+}
+
+TEST(ShapeFileDataTest, FilesAreClosedHoweverTheirReadingAndWritingEnds) {
+  const TemporaryFolder folder;
+  const std::string path = folder.File("a.shp", FileOfType(5));
+  TRecordingData data;
+  ASSERT_TRUE(data.InitializeFromFile(path));
+  TRecordingData failing = data;
+  failing.throws = true;
+  const long open = OpenFiles();
+  EXPECT_TRUE(data.InitializeFromFile(path));
+  EXPECT_EQ(OpenFiles(), open);
+  EXPECT_TRUE(data.WriteToFile(folder.Path("out")));
+  EXPECT_EQ(OpenFiles(), open);
+  EXPECT_FALSE(failing.WriteToFile(folder.Path("out")));
+  EXPECT_EQ(OpenFiles(), open);
+  EXPECT_FALSE(failing.InitializeFromFile(path));
+  EXPECT_EQ(OpenFiles(), open);
+  EXPECT_EQ(CheckShapeFile(path), 5);
+  EXPECT_EQ(OpenFiles(), open);
 }
 
 class WriteToFileTest : public testing::Test {

@@ -269,12 +269,16 @@ TEST(DataFieldTest, AWriterThatThrowsGivesFalse) {
   EXPECT_FALSE(field.WriteToXML(&throwing));
 }
 
-/// Reads a field from the document's root; "failed " in front when it gives false.
-std::string ReadXml(const std::string& content) {
-  TKvXIniReader reader(StreamPointer(new TKvMemoryStream(Document(content))));
+/// Reads a field from a document's root; "failed " in front when it gives false.
+std::string ReadDocument(const std::string& xml) {
+  TKvXIniReader reader(StreamPointer(new TKvMemoryStream(xml)));
   TStringTreeField field(8, 9, std::string("old"), "old");
   const bool isRead = field.ReadFromXML(&reader, 0);
   return (isRead ? "" : "failed ") + DescribeField(field);
+}
+
+std::string ReadXml(const std::string& content) {
+  return ReadDocument(Document(content));
 }
 
 TEST(DataFieldTest, ReadsItsXml) {
@@ -288,6 +292,8 @@ TEST(DataFieldTest, ReadsXmlWithoutValues) {
 
 TEST(DataFieldTest, ReadsItsItemsInAnyOrderAndAsAttributes) {
   EXPECT_EQ(ReadXml("<data><_>a</_></data><hdr>x</hdr><idx>4</idx><other/><tag>3</tag>"),
+            "S(3,4)1:x[1:a;]");
+  EXPECT_EQ(ReadDocument("<xini tag=\"3\" idx=\"4\" hdr=\"x\"><data><_>a</_></data></xini>"),
             "S(3,4)1:x[1:a;]");
 }
 
