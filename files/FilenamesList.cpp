@@ -104,8 +104,9 @@ unsigned long TFilenamesList::FindAll(const std::string& mask,
 }
 
 void TFilenamesList::DebugOutput(std::string title) const {
+  const Names names = names_;  // the debug sink may change the list
   ::KvPrintDbgMsg("-------" + title + "-------");
-  for (const std::string& name : names_) ::KvPrintDbgMsg(name);
+  for (const std::string& name : names) ::KvPrintDbgMsg(name);
   ::KvPrintDbgMsg("^^^^^^^" + title + "^^^^^^^");
 }
 

@@ -22,8 +22,9 @@ void TTemporaryFilesList::DeleteAllFiles() {
 }
 
 void TTemporaryFilesList::DebugOutput() const {
+  const std::set<std::string> paths = files;  // the debug sink may change the list
   KvPrintDbgMsg("-+- Temporary files list ---");
-  for (const std::string& path : files) ::KvPrintDbgMsg(path);
+  for (const std::string& path : paths) ::KvPrintDbgMsg(path);
   KvPrintDbgMsg("-^- Temporary files list ---");
 }
 

@@ -338,6 +338,20 @@ TEST(FilenamesListTest, DebugOutputPrintsTitleNamesAndTitleALineEach) {
   EXPECT_EQ(Current(list), "a");
 }
 
+TEST(FilenamesListTest, ADebugSinkMayChangeTheListThatIsPrinted) {
+  const std::string name = "a name that is too long to be kept inside a string object";
+  TFilenamesList list = ListOf({name, name});
+  Names lines;
+  const TKvDebugSink former = KvSetDebugSink([&](const std::string& line) {
+    list.Insert("more");
+    if (line == name) list.Clear();
+    lines.push_back(line);
+  });
+  list.DebugOutput("");
+  KvSetDebugSink(former);
+  EXPECT_THAT(lines, ElementsAre("--------------", name, name, "^^^^^^^^^^^^^^"));
+}
+
 TEST(FilenamesListTest, AnInsertThatFindsNoMemoryLeavesTheList) {
   const std::string name = "a name that is too long to be kept inside a string object";
   for (unsigned long successes = 0; successes < 2; ++successes) {

@@ -192,6 +192,22 @@ TEST_F(TemporaryFilesListTest, AnEmptyListPrintsTheFrameLinesAlone) {
               ElementsAre("-+- Temporary files list ---", "-^- Temporary files list ---"));
 }
 
+TEST_F(TemporaryFilesListTest, ADebugSinkMayChangeTheListThatIsPrinted) {
+  list.InsertFile("a");
+  list.InsertFile("c");
+  std::vector<std::string> lines;
+  const TKvDebugSink former = KvSetDebugSink([&](const std::string& line) {
+    lines.push_back(line);
+    list.files.clear();
+    list.InsertFile("b");
+  });
+  list.DebugOutput();
+  KvSetDebugSink(former);
+  EXPECT_THAT(
+      lines, ElementsAre("-+- Temporary files list ---", "a", "c", "-^- Temporary files list ---"));
+  EXPECT_THAT(list.files, ElementsAre("b"));
+}
+
 /// A list and a folder as plainly as can be.
 struct Model {
   std::vector<std::string> entries;
