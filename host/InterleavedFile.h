@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/AreaReader.h"
+#include "host/PendingFile.h"
 
 namespace ravelin {
 
@@ -16,5 +17,10 @@ namespace ravelin {
 /// HostError.
 void WriteInterleaved(AreaReader& area, const std::vector<std::string>& bandNames,
                       const std::string& path, std::ostream* terminal);
+
+/// The same into files that are not committed. `use` (may be empty) gets the rows, too.
+void WriteInterleaved(AreaReader& area, const std::vector<std::string>& bandNames,
+                      PendingFile& image, PendingFile& header, const AreaReader::BlockUser& use,
+                      std::ostream* terminal);
 
 }  // namespace ravelin

@@ -94,6 +94,7 @@ void PendingFile::CreateTemporary() {
 
 void PendingFile::Write(const void* bytes, std::size_t count) {
   const auto* next = static_cast<const unsigned char*>(bytes);
+  size_ += count;
   while (count > 0) {
     const std::size_t part = std::min(count, kBufferSize - buffer_.size());
     buffer_.insert(buffer_.end(), next, next + part);
@@ -130,10 +131,10 @@ void PendingFile::Commit() {
   CommitTogether({this});
 }
 
-void PendingFile::CommitTogether(std::initializer_list<PendingFile*> files) {
+void PendingFile::CommitTogether(const std::vector<PendingFile*>& files) {
   for (PendingFile* file : files) file->Complete();
   const InterruptBlock block;
-  const PendingFile* const* renamed = files.begin();
+  auto renamed = files.begin();
   try {
     for (PendingFile* file : files) {
       file->Rename();

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -35,7 +34,12 @@ class PendingFile {
   /// Puts several files that belong together in place, in the order given: all are complete before
   /// the first is renamed. When one cannot be renamed, those renamed before it that replaced
   /// nothing are taken away again.
-  static void CommitTogether(std::initializer_list<PendingFile*> files);
+  static void CommitTogether(const std::vector<PendingFile*>& files);
+
+  /// Where the bytes go until then; empty when the file is in place.
+  const std::string& TemporaryPath() const { return temporary_.Get(); }
+  /// Bytes appended so far.
+  unsigned long Size() const { return size_; }
 
  private:
   void FindTarget();
@@ -51,6 +55,7 @@ class PendingFile {
   unsigned int mode_ = 0;  // of the file that is replaced
   TemporaryName temporary_;
   int descriptor_ = -1;
+  unsigned long size_ = 0;
   std::vector<unsigned char> buffer_;
 };
 

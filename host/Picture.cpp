@@ -9,16 +9,13 @@
 namespace ravelin {
 namespace {
 
-constexpr unsigned int kDarkPercent = 2;
-constexpr unsigned int kBrightPercent = 98;
-
 // The brightness of every sample value, a table a channel shown.
 using Tables = std::vector<std::vector<std::uint16_t>>;
 
 class PictureMaker {
  public:
   PictureMaker(AreaReader& area, const PictureOptions& options)
-      : area_(area), options_(options), shown_(area.Channels() >= 3 ? 3 : 1) {}
+      : area_(area), options_(options), shown_(ShownChannels(area.Channels())) {}
 
   int Shown() const { return shown_; }
 
@@ -26,6 +23,7 @@ class PictureMaker {
     const auto brightest = static_cast<std::uint16_t>(options_.bits == 8 ? 255 : 65535);
     const Stretch& stretch = options_.stretch;
     const auto count = static_cast<std::size_t>(shown_);
+    if (!options_.limits.empty()) return GivenTables(brightest);
     if (stretch.kind == StretchKind::kNone) return Tables(count, NoStretch(options_.bits));
     if (stretch.kind == StretchKind::kFixed) {
       return Tables(count, LinearStretch(stretch.low, stretch.high, brightest));
@@ -51,6 +49,14 @@ class PictureMaker {
   }
 
  private:
+  Tables GivenTables(std::uint16_t brightest) const {
+    Tables tables;
+    for (const StretchLimits& limits : options_.limits) {
+      tables.push_back(LinearStretch(limits.low, limits.high, brightest));
+    }
+    return tables;
+  }
+
   std::vector<Histogram> CountSamples(TKvProgressHandler* progress) {
     std::vector<Histogram> histograms(static_cast<std::size_t>(shown_));
     const auto count = [&](const std::uint16_t* samples, long rows) {
@@ -81,16 +87,26 @@ class PictureMaker {
 
 }  // namespace
 
-void WritePicture(AreaReader& area, const PictureOptions& options, const std::string& path,
-                  std::ostream* terminal) {
+int ShownChannels(long channels) {
+  return channels >= 3 ? 3 : 1;
+}
+
+void WritePicture(AreaReader& area, const PictureOptions& options, PendingFile& file,
+                  const std::string& path, std::ostream* terminal) {
   PictureMaker maker(area, options);
-  PendingFile file(path);
   PngWriter writer(file, {area.Width(), area.Height(), maker.Shown(), options.bits}, path);
-  const unsigned long passes = options.stretch.kind == StretchKind::kPercentiles ? 2 : 1;
+  const bool counts = options.limits.empty() && options.stretch.kind == StretchKind::kPercentiles;
+  const unsigned long passes = counts ? 2 : 1;
   ProgressBar bar(terminal, passes * static_cast<unsigned long>(area.Height()));
   const Tables tables = maker.MakeTables(&bar);
   maker.WriteRows(writer, tables, &bar);
   writer.Finish();
+}
+
+void WritePicture(AreaReader& area, const PictureOptions& options, const std::string& path,
+                  std::ostream* terminal) {
+  PendingFile file(path);
+  WritePicture(area, options, file, path, terminal);
   file.Commit();
 }
 

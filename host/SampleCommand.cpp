@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <vector>
 
 #include "host/HostError.h"
+#include "host/MakeFolder.h"
 #include "host/PendingFile.h"
 #include "host/SampleLabel.h"
 #include "host/SampleLayout.h"
@@ -18,18 +18,6 @@ namespace ravelin {
 namespace {
 
 using Samples = SceneGrid<std::uint16_t>;
-
-void MakeFolder(const std::string& folder) {
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (!error && !std::filesystem::is_directory(folder, error) && !error) {
-    error = std::make_error_code(std::errc::not_a_directory);
-  }
-  if (error) {
-    throw HostError(folder, "cannot make this folder: " + error.message(),
-                    "name a folder that you may write to");
-  }
-}
 
 void WriteFile(const std::string& path, const void* bytes, std::size_t count) {
   PendingFile file(path);

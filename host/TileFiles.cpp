@@ -1,20 +1,15 @@
 #include "host/TileFiles.h"
 
-#include <algorithm>
 #include <filesystem>
 
 #include "host/HostError.h"
 #include "host/InputFile.h"
+#include "host/InsideFolder.h"
 
 namespace ravelin {
 namespace {
 
 namespace fs = std::filesystem;
-
-bool IsInside(const fs::path& file, const fs::path& folder) {
-  const auto [end, ignored] = std::mismatch(folder.begin(), folder.end(), file.begin(), file.end());
-  return end == folder.end();
-}
 
 }  // namespace
 
@@ -31,7 +26,7 @@ std::string ResolveTileFile(const std::string& indexPath, const std::string& nam
   if (error) {
     throw HostError(name, "cannot be found: " + error.message(), "check the name in the index");
   }
-  if (!allowOutside && !IsInside(file, folder)) {
+  if (!allowOutside && !IsInsideFolder(file, folder)) {
     throw HostError(name, "leads outside the folder of the index",
                     "add --allow-outside if the index may read it");
   }

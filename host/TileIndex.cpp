@@ -20,12 +20,6 @@ bool IsBlank(char c) {
   return c == ' ' || c == '\t' || c == '\r';
 }
 
-// What is wrong with a line, and what to do.
-struct LineError {
-  std::string what;
-  std::string remedy;
-};
-
 class LineScanner {
  public:
   explicit LineScanner(std::string_view line) : rest_(line) { SkipBlanks(); }
@@ -36,7 +30,7 @@ class LineScanner {
     const std::string_view word = Word();
     const std::optional<long> number = ParseNumber<long>(word);
     if (!number || *number < smallest || *number > kMaxSide - 1) {
-      throw LineError{std::string(name) + " is '" + std::string(word) +
+      throw TileFault{std::string(name) + " is '" + std::string(word) +
                           "', not a whole number from " + std::to_string(smallest) + " to " +
                           std::to_string(kMaxSide - 1),
                       "give left top right bottom srcLeft srcTop width height, then the files"};
@@ -50,7 +44,7 @@ class LineScanner {
       const bool quoted = equals < WordEnd() && rest_.substr(equals + 1).starts_with('"');
       return quoted ? QuotedBand(equals) : ParseBandArgument(Word());
     } catch (const std::invalid_argument& error) {
-      throw LineError{error.what(), "see docs/tile-index.md"};
+      throw TileFault{error.what(), "see docs/tile-index.md"};
     }
   }
 
@@ -72,10 +66,10 @@ class LineScanner {
     rest_.remove_prefix(equals + 2);
     const std::size_t close = rest_.find('"');
     if (close == std::string_view::npos) {
-      throw LineError{"a file name's quote is not closed", "end the name with a double quote"};
+      throw TileFault{"a file name's quote is not closed", "end the name with a double quote"};
     }
     const std::string file(rest_.substr(0, close));
-    if (file.empty()) throw LineError{"a file name is empty", "give KEY=FILE"};
+    if (file.empty()) throw TileFault{"a file name is empty", "give KEY=FILE"};
     rest_.remove_prefix(close + 1);
     return {key, file, ParseBytesOrder(Word())};
   }
@@ -86,22 +80,6 @@ class LineScanner {
 
   std::string_view rest_;
 };
-
-void CheckPlace(const TileEntry& tile) {
-  if (tile.right < tile.left || tile.bottom < tile.top) {
-    throw LineError{"the tile ends before it begins",
-                    "give left top right bottom, right and bottom included"};
-  }
-  const long width = tile.right - tile.left + 1;
-  const long height = tile.bottom - tile.top + 1;
-  const PixelArea content = {tile.srcLeft, tile.srcTop, width, height};
-  if (!Inside(content, tile.fileSize)) {
-    throw LineError{"the tile's " + ToText({width, height}) + " pixels from " +
-                        std::to_string(tile.srcLeft) + "," + std::to_string(tile.srcTop) +
-                        " do not lie in its files of " + ToText(tile.fileSize),
-                    "check srcLeft, srcTop, width and height"};
-  }
-}
 
 TileEntry ParseTile(std::string_view line) {
   LineScanner scanner(line);
@@ -114,8 +92,8 @@ TileEntry ParseTile(std::string_view line) {
   tile.srcTop = scanner.Number("srcTop", 0);
   tile.fileSize.width = scanner.Number("width", 1);
   tile.fileSize.height = scanner.Number("height", 1);
-  CheckPlace(tile);
-  if (scanner.AtEnd()) throw LineError{"the tile has no file", "give at least one KEY=FILE"};
+  CheckTilePlace(tile);
+  if (scanner.AtEnd()) throw TileFault{"the tile has no file", "give at least one KEY=FILE"};
   while (!scanner.AtEnd()) tile.bands.push_back(scanner.Band());
   return tile;
 }
@@ -124,11 +102,17 @@ std::set<int> KeysOf(const TileEntry& tile) {
   std::set<int> keys;
   for (const BandArgument& band : tile.bands) {
     if (!keys.insert(band.key).second) {
-      throw LineError{"the key " + std::to_string(band.key) + " stands there twice",
+      throw TileFault{"the key " + std::to_string(band.key) + " stands there twice",
                       "give each file of a tile a key of its own"};
     }
   }
   return keys;
+}
+
+void CheckKeys(const TileEntry& tile, const std::set<int>& wanted) {
+  if (KeysOf(tile) == wanted) return;
+  throw TileFault{"the tile's keys are not those of the first tile",
+                  "give every tile the same bands"};
 }
 
 class IndexParser {
@@ -136,11 +120,11 @@ class IndexParser {
   void Line(std::string_view line) {
     ++line_;
     if (line.size() > kMaxIndexLine) {
-      throw LineError{"is longer than " + std::to_string(kMaxIndexLine) + " bytes",
+      throw TileFault{"is longer than " + std::to_string(kMaxIndexLine) + " bytes",
                       "give one tile a line"};
     }
     if (line.find('\0') != std::string_view::npos) {
-      throw LineError{"holds a NUL byte", "give a text file"};
+      throw TileFault{"holds a NUL byte", "give a text file"};
     }
     const auto first = std::find_if_not(line.begin(), line.end(), IsBlank);
     if (first == line.end() || *first == '#') return;
@@ -151,41 +135,19 @@ class IndexParser {
 
   TileIndex Finish() {
     if (index_.tiles.empty()) {
-      throw LineError{"the index ends without a tile", "give one tile a line"};
+      throw TileFault{"the index ends without a tile", "give one tile a line"};
     }
-    const ImageSize size = index_.Size();
-    if (size.width < 2 || size.height < 2) {
-      throw LineError{"the tiles make a scene of " + ToText(size) + " pixels",
-                      "give tiles that make at least 2 x 2"};
-    }
-    CheckCover(size);
+    CheckTileCover(index_);
     return std::move(index_);
   }
 
  private:
   void AddTile(TileEntry tile) {
     tile.line = line_;
-    const std::set<int> keys = KeysOf(tile);
-    if (index_.tiles.empty()) keys_ = keys;
-    if (keys != keys_) {
-      throw LineError{"the tile's keys are not those of the first tile",
-                      "give every tile the same bands"};
-    }
+    tile.place = "line " + std::to_string(line_) + " of the index";
+    if (index_.tiles.empty()) keys_ = KeysOf(tile);
+    CheckKeys(tile, keys_);
     index_.tiles.push_back(std::move(tile));
-  }
-
-  void CheckCover(const ImageSize& size) const {
-    double covered = 0;
-    for (const TileEntry& tile : index_.tiles) {
-      covered += static_cast<double>(tile.right - tile.left + 1) *
-                 static_cast<double>(tile.bottom - tile.top + 1);
-    }
-    const double whole = static_cast<double>(size.width) * static_cast<double>(size.height);
-    if (covered * static_cast<double>(kSparsest) < whole) {
-      throw LineError{"the tiles cover less than a pixel in " + std::to_string(kSparsest) +
-                          " of their scene of " + ToText(size),
-                      "check left, top, right and bottom of every tile"};
-    }
   }
 
   TileIndex index_;
@@ -227,12 +189,51 @@ ImageSize TileIndex::Size() const {
   return {right - Left() + 1, bottom - Top() + 1};
 }
 
+void CheckTilePlace(const TileEntry& tile) {
+  if (tile.right < tile.left || tile.bottom < tile.top) {
+    throw TileFault{"the tile ends before it begins",
+                    "give left top right bottom, right and bottom included"};
+  }
+  const long width = tile.right - tile.left + 1;
+  const long height = tile.bottom - tile.top + 1;
+  const PixelArea content = {tile.srcLeft, tile.srcTop, width, height};
+  if (!Inside(content, tile.fileSize)) {
+    throw TileFault{"the tile's " + ToText({width, height}) + " pixels from " +
+                        std::to_string(tile.srcLeft) + "," + std::to_string(tile.srcTop) +
+                        " do not lie in its files of " + ToText(tile.fileSize),
+                    "check srcLeft, srcTop, width and height"};
+  }
+}
+
+void CheckTileKeys(const TileEntry& tile, const TileEntry& first) {
+  CheckKeys(tile, KeysOf(first));
+}
+
+void CheckTileCover(const TileIndex& index) {
+  const ImageSize size = index.Size();
+  if (size.width < 2 || size.height < 2) {
+    throw TileFault{"the tiles make a scene of " + ToText(size) + " pixels",
+                    "give tiles that make at least 2 x 2"};
+  }
+  double covered = 0;
+  for (const TileEntry& tile : index.tiles) {
+    covered += static_cast<double>(tile.right - tile.left + 1) *
+               static_cast<double>(tile.bottom - tile.top + 1);
+  }
+  const double whole = static_cast<double>(size.width) * static_cast<double>(size.height);
+  if (covered * static_cast<double>(kSparsest) < whole) {
+    throw TileFault{"the tiles cover less than a pixel in " + std::to_string(kSparsest) +
+                        " of their scene of " + ToText(size),
+                    "check left, top, right and bottom of every tile"};
+  }
+}
+
 TileIndex ParseTileIndex(std::string_view text, const std::string& file) {
   IndexParser parser;
   try {
     ParseLines(text, parser);
     return parser.Finish();
-  } catch (const LineError& error) {
+  } catch (const TileFault& error) {
     throw HostError(file, "line " + std::to_string(parser.LineNumber()) + ": " + error.what,
                     error.remedy);
   }

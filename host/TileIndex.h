@@ -22,7 +22,8 @@ struct TileEntry {
   long srcTop;
   ImageSize fileSize;
   std::vector<BandArgument> bands;  ///< at least one; file names as they stand in the index
-  unsigned long line;               ///< counted from 1
+  unsigned long line;               ///< counted from 1; 0 when no index lists the tile
+  std::string place;                ///< for messages: "line 3 of the index"
 };
 
 struct TileIndex {
@@ -33,6 +34,20 @@ struct TileIndex {
   long Left() const;  ///< smallest left
   long Top() const;   ///< smallest top
 };
+
+/// What is wrong with a tile or a set of them, and what to do.
+struct TileFault {
+  std::string what;
+  std::string remedy;
+};
+
+/// The checks that ParseTileIndex makes, for tiles that come from elsewhere. Throw TileFault.
+/// Whether a tile ends behind its beginning and its content lies inside its files.
+void CheckTilePlace(const TileEntry& tile);
+/// Whether a tile has the keys of the first one, each once.
+void CheckTileKeys(const TileEntry& tile, const TileEntry& first);
+/// Whether they make a scene of at least 2 x 2 pixels and cover a fair part of it.
+void CheckTileCover(const TileIndex& index);
 
 /// Longest index that is read, and longest line in one.
 constexpr unsigned long kMaxIndexBytes = 64ul << 20;

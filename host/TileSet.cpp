@@ -63,8 +63,7 @@ class Opener {
     for (const BandArgument& band : entry.bands) bands.emplace(band.key, OpenBand(entry, band));
     const var_a_legacy::var_a<TSeparateBandsDibData*> compositor(new TSeparateBandsDibData);
     if (!compositor->Setup(bands)) {
-      throw HostError(indexPath_, "line " + std::to_string(entry.line) + ": the bands do not fit",
-                      "give files of one size");
+      throw HostError(indexPath_, entry.place + ": the bands do not fit", "give files of one size");
     }
     set_.keys.clear();
     for (const auto& [channel, key] : compositor->channelBands) set_.keys.push_back(key);
@@ -75,8 +74,7 @@ class Opener {
     BandLayout layout;
     layout.size = entry.fileSize;
     layout.order = band.order;
-    layout.remedy =
-        "check width and height in line " + std::to_string(entry.line) + " of the index";
+    layout.remedy = "check width and height in " + entry.place;
     layout.shortRemedy = layout.remedy;
     const std::string path = ResolveTileFile(indexPath_, band.file, allowOutside_);
     return BandReference(new BandFile(path, layout));

@@ -62,4 +62,25 @@ TEST(Histogram, AgreesWithSortingTheSamples) {
   }
 }
 
+TEST(Histogram, TellsCountRangeAndMeanWithoutZeros) {
+  const Histogram histogram = Of({0, 40, 10, 0, 10});
+  EXPECT_EQ(histogram.Count(), 3u);
+  EXPECT_EQ(histogram.Minimum(), 10);
+  EXPECT_EQ(histogram.Maximum(), 40);
+  EXPECT_EQ(histogram.Mean(), 20);
+}
+
+TEST(Histogram, TellsZerosWithoutSamples) {
+  const Histogram histogram = Of({0, 0});
+  EXPECT_EQ(histogram.Count(), 0u);
+  EXPECT_EQ(histogram.Minimum(), 0);
+  EXPECT_EQ(histogram.Maximum(), 0);
+  EXPECT_EQ(histogram.Mean(), 0);
+}
+
+TEST(Histogram, TellsTheRangeUpToItsEnds) {
+  EXPECT_EQ(Of({65535, 1}).Minimum(), 1);
+  EXPECT_EQ(Of({65535, 1}).Maximum(), 65535);
+}
+
 }  // namespace

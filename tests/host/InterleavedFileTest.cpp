@@ -39,4 +39,21 @@ TEST(InterleavedFile, DoesNotAppearWithoutItsHeader) {
   EXPECT_THAT(folder.Names(), testing::ElementsAre("a.hdr"));
 }
 
+TEST(InterleavedFile, HandsOnTheRowsThatItWrites) {
+  TempFolder folder;
+  PixelRaster raster(2, 2, 1, {1, 2, 3, 4});
+  ravelin::AreaReader area(raster, 0, {0, 0, 2, 2}, "a.bip");
+  ravelin::PendingFile image(folder / "a.bip");
+  ravelin::PendingFile header(folder / "a.hdr");
+  Samples seen;
+  const auto use = [&](const std::uint16_t* samples, long rows) {
+    seen.insert(seen.end(), samples, samples + rows * 2);
+  };
+  ravelin::WriteInterleaved(area, {"Gray"}, image, header, use, nullptr);
+  EXPECT_EQ(seen, Samples({1, 2, 3, 4}));
+  EXPECT_FALSE(folder.Has("a.bip"));
+  image.Commit();
+  EXPECT_EQ(folder.Read("a.bip"), LittleBytes({1, 2, 3, 4}));
+}
+
 }  // namespace

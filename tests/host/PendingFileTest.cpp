@@ -190,4 +190,14 @@ TEST(PendingFile, TakesCompanionsAwayAgainWhenItCannotAppear) {
   EXPECT_FALSE(folder.Has("a"));
 }
 
+TEST(PendingFile, TellsItsTemporaryPathAndSize) {
+  TempFolder folder;
+  PendingFile file(folder / "a");
+  EXPECT_TRUE(std::filesystem::exists(file.TemporaryPath()));
+  Write(file, "one");
+  EXPECT_EQ(file.Size(), 3u);
+  file.Commit();
+  EXPECT_EQ(file.TemporaryPath(), "");
+}
+
 }  // namespace

@@ -136,4 +136,11 @@ TEST(Picture, ShowsItsProgressOnATerminal) {
   EXPECT_THAT(terminal.str(), testing::HasSubstr("100 %"));
 }
 
+TEST(Picture, TakesGivenLimitsOfEachChannel) {
+  PictureOptions options;
+  options.limits = {{0, 255}, {100, 355}, {0, 510}};
+  const PngFile picture = PictureOf({1, 1, 4, {7, 107, 20, 9}}, options);
+  EXPECT_EQ(picture.samples, Samples({7, 7, 10}));
+}
+
 }  // namespace
