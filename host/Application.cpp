@@ -17,6 +17,7 @@
 #include "host/StitchCommand.h"
 #include "host/TreeCommand.h"
 #include "host/XmlCommand.h"
+#include "host/scene/SceneCommand.h"
 
 namespace ravelin {
 namespace {
@@ -45,6 +46,7 @@ void DescribeApplication(CLI::App& app) {
 // Each subcommand lives in a file of its own and runs in its CLI11 callback. It reports failure by
 // throwing HostError, wrong use by throwing CLI::ValidationError.
 void AddCommands(CLI::App& app) {
+  AddSceneCommand(app);
   AddSampleCommand(app);
   AddComposeCommand(app);
   AddStitchCommand(app);

@@ -1,0 +1,217 @@
+#include "host/scene/SceneCommand.h"
+
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "host/HostError.h"
+#include "host/ProgressBar.h"
+#include "host/scene/SceneRun.h"
+#include "host/scene/SceneSummary.h"
+
+namespace ravelin {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Arguments {
+  std::vector<std::string> folders;
+  std::string output;
+  std::string label;
+  std::string dialect;
+  std::string size;
+  std::string order;
+  std::vector<std::string> bands;
+  std::vector<std::string> mappings;
+  bool pixels = false;
+  bool full = false;
+  bool json = false;
+  bool quiet = false;
+};
+
+/// Reads every text of a list; what is wrong with one is wrong use of the option.
+template <class T>
+std::vector<T> ParseAll(const std::vector<std::string>& texts, const char* option,
+                        T (*parse)(std::string_view)) {
+  std::vector<T> all;
+  try {
+    for (const std::string& text : texts) all.push_back(parse(text));
+  } catch (const std::invalid_argument& error) {
+    throw CLI::ValidationError(option, error.what());
+  }
+  return all;
+}
+
+void CheckKeys(const std::vector<BandChoice>& bands) {
+  std::set<int> keys;
+  for (const BandChoice& band : bands) {
+    if (keys.insert(band.key).second) continue;
+    throw CLI::ValidationError("--band", "the key " + std::to_string(band.key) +
+                                             " has a second file, " + band.file +
+                                             ": give each band a key of its own");
+  }
+}
+
+std::optional<ImageSize> SizeOf(const std::string& text) {
+  if (text.empty()) return std::nullopt;
+  const std::optional<ImageSize> size = ParseSize(text);
+  if (size) return size;
+  throw CLI::ValidationError(
+      "--size", "'" + text + "' is not WxH in whole pixels from 1 to " + std::to_string(kMaxSide));
+}
+
+SceneOptions OptionsOf(const Arguments& arguments) {
+  SceneOptions options;
+  options.label = arguments.label;
+  options.size = SizeOf(arguments.size);
+  options.pixels = arguments.pixels;
+  options.full = arguments.full;
+  options.bands = ParseAll(arguments.bands, "--band", ParseBandChoice);
+  options.mappings = ParseAll(arguments.mappings, "--map", ParseKeyMapping);
+  CheckKeys(options.bands);
+  if (!arguments.dialect.empty()) {
+    options.dialect = ParseDialect(arguments.dialect);
+    if (!options.dialect) {
+      throw CLI::ValidationError("--dialect",
+                                 "'" + arguments.dialect + "' is neither pvl nor nasa");
+    }
+  }
+  if (!arguments.order.empty()) {
+    options.order = ParseOrderName(arguments.order);
+    if (!options.order) {
+      throw CLI::ValidationError("--order", "'" + arguments.order + "' is neither big nor little");
+    }
+  }
+  return options;
+}
+
+/// The path with links and ".." resolved as far as it is there, without a '/' at its end.
+fs::path Resolved(const std::string& path) {
+  std::error_code error;
+  const fs::path resolved = fs::weakly_canonical(fs::absolute(path), error);
+  const fs::path plain = error ? fs::absolute(path).lexically_normal() : resolved;
+  return plain.has_filename() ? plain : plain.parent_path();
+}
+
+std::string OutputOf(const Arguments& arguments, const std::string& folder) {
+  const bool several = arguments.folders.size() > 1;
+  if (!arguments.output.empty() && !several) return arguments.output;
+  const std::string name = Resolved(folder).filename().string();
+  if (name.empty()) {
+    throw CLI::ValidationError(folder, "has no name to call the output after: give -o OUT");
+  }
+  return arguments.output.empty() ? name + "-ravelin" : arguments.output + "/" + name;
+}
+
+std::vector<SceneJob> JobsOf(const Arguments& arguments) {
+  std::vector<SceneJob> jobs;
+  std::map<fs::path, std::string> outputs;
+  for (const std::string& folder : arguments.folders) {
+    const std::string output = OutputOf(arguments, folder);
+    const fs::path place = Resolved(output);
+    if (place == Resolved(folder)) {
+      throw CLI::ValidationError(folder, "would be written into itself: give another -o OUT");
+    }
+    const auto [other, fresh] = outputs.emplace(place, folder);
+    if (!fresh) {
+      throw CLI::ValidationError(folder, "would be written into " + output + " as " +
+                                             other->second + " is: give each a call of its own");
+    }
+    jobs.push_back({folder, output});
+  }
+  return jobs;
+}
+
+void Print(const std::string& text) {
+  std::cout << text << std::flush;
+  if (!std::cout) {
+    throw HostError("standard output", "cannot be written", "free some space or write elsewhere");
+  }
+}
+
+void RunScenes(const Arguments& arguments) {
+  const SceneOptions options = OptionsOf(arguments);
+  const std::vector<SceneJob> jobs = JobsOf(arguments);
+  std::vector<SceneReport> reports;
+  std::size_t failed = 0;
+  for (const SceneJob& job : jobs) {
+    reports.push_back(RunScene(job, options, arguments.quiet ? nullptr : ProgressTerminal()));
+    const SceneReport& report = reports.back();
+    if (!arguments.json && !arguments.quiet) Print(SceneSummaryText(report));
+    if (report.error.empty()) continue;
+    ++failed;
+    if (jobs.size() > 1) std::cerr << "ravelin: " << Printable(report.error) << std::endl;
+  }
+  if (arguments.json) Print(SceneSummary(reports).dump(2) + "\n");
+  if (failed == 0) return;
+  if (jobs.size() == 1) throw std::runtime_error(reports.front().error);
+  throw HostError("scene",
+                  std::to_string(failed) + " of " + std::to_string(jobs.size()) + " folders failed",
+                  "see the messages above");
+}
+
+void AddInputOptions(CLI::App& command, Arguments& arguments) {
+  command.add_option("FOLDER", arguments.folders, "Folder of a product; several are done in turn")
+      ->type_name("")
+      ->required();
+  command
+      .add_option("--label", arguments.label,
+                  "Label in FOLDER (default: the only *_mtl.txt, *.lbl,\n"
+                  "*.pvl, *.met or *label.txt there, in any case)")
+      ->type_name("FILE");
+  command
+      .add_option("--dialect", arguments.dialect,
+                  "Dialect of the label: pvl or nasa (default: told by\n"
+                  "its first BEGIN_GROUP or GROUP)")
+      ->type_name("NAME");
+  command
+      .add_option("--map", arguments.mappings,
+                  "Read the label's value KEY as the value NAME of\n"
+                  "docs/scene.md")
+      ->type_name("KEY=NAME");
+  command.add_option("--size", arguments.size, "Width and height of every band, pixels")
+      ->type_name("WxH");
+  command.add_option("--order", arguments.order, "Byte order of every band: big or little")
+      ->type_name("NAME");
+  command
+      .add_option("--band", arguments.bands,
+                  "What a file in FOLDER shows (red, green, blue or a\n"
+                  "number), its name and byte order; the bands of the\n"
+                  "label do not count then")
+      ->type_name("KEY=FILE[:big|:little]");
+}
+
+void AddOutputOptions(CLI::App& command, Arguments& arguments) {
+  command
+      .add_option("-o,--output", arguments.output,
+                  "Folder to write into; of several FOLDERs each into\n"
+                  "one of its own in there (default: FOLDER's name with\n"
+                  "-ravelin behind it)")
+      ->type_name("OUT");
+  command.add_flag("--pixels", arguments.pixels, "Write all pixels, too: pixels.bip with its .hdr");
+  command.add_flag("--full", arguments.full, "Do not reduce the quicklook to 2048 pixels a side");
+  command.add_flag("--json", arguments.json, "Print a summary in JSON instead of text");
+  command.add_flag("--quiet", arguments.quiet, "Print neither text nor progress");
+}
+
+}  // namespace
+
+void AddSceneCommand(CLI::App& app) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App* command = app.add_subcommand("scene", "Make everything of a product folder");
+  AddInputOptions(*command, *arguments);
+  AddOutputOptions(*command, *arguments);
+  command->footer(
+      "Writes a quicklook, the metadata and the projection as XML, the footprint as a\n"
+      "shapefile, a tree of what was found and a log. FOLDER goes before --band and --map.\n\n"
+      "Example:\n"
+      "  ravelin scene demo/sample -o demo/scene");
+  command->callback([arguments] { RunScenes(*arguments); });
+}
+
+}  // namespace ravelin

@@ -1,0 +1,36 @@
+// Labels sorted for a test.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/XmlConversion.h"
+#include "host/scene/SceneKeys.h"
+
+/// A label in the dialect of NASA, converted, read back and sorted.
+class SortedLabel {
+ public:
+  explicit SortedLabel(const std::string& text,
+                       const std::vector<ravelin::KeyMapping>& mappings = {})
+      : groups_(ravelin::ReadLabelValues(ravelin::NasaPvlXml(text, "x.lbl"), "x.lbl")),
+        scopes_(ravelin::SortLabel(groups_, mappings, "x.lbl")) {}
+
+  const ravelin::LabelScopes& operator*() const { return scopes_; }
+  const ravelin::LabelScopes* operator->() const { return &scopes_; }
+
+ private:
+  std::vector<ravelin::LabelGroup> groups_;
+  ravelin::LabelScopes scopes_;
+};
+
+/// What a call fails with; empty when it does not.
+template <class Call>
+std::string ErrorOf(const Call& call) {
+  try {
+    call();
+    return "";
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+}
