@@ -158,6 +158,8 @@ RAVELIN_EXPORT unsigned long FillFolderAndSubfoldersFilesList(
 /// bare name as it is on disk, of several the first in the order of the file system; false leaves
 /// `*foundName` alone. It may be null. A set without an end matches nothing, and neither may a
 /// pattern of dozens of stars: Qt gives a name up that could match in too many ways.
+/// A failing allocation passes but in a thread's first look-up by any other pattern than "*": there
+/// Qt makes what it keeps for the thread, and crashes when it cannot.
 RAVELIN_EXPORT bool FileExists(const std::string& folder, const std::string& nameFilter,
                                std::string* foundName);
 

@@ -132,6 +132,12 @@ TEST_F(FileLookupTest, FilesWhoseNamesAreNotUtf8AreNotFound) {
   EXPECT_EQ(Found(folder.Path(), "latin\xfc.txt"), "(none)");
 }
 
+TEST_F(FileLookupTest, FolderAndFilterEndAtTheirFirstNul) {
+  folder.Write("a.txt", "");
+  EXPECT_EQ(Found(folder.Path() + std::string("\0/missing", 9), "A.txt"), "a.txt");
+  EXPECT_EQ(Found(folder.Path(), std::string("A.txt\0b", 7)), "a.txt");
+}
+
 TEST_F(FileLookupTest, AFolderThatIsMissingHoldsNothing) {
   EXPECT_EQ(Found(folder / "missing", "*"), "(none)");
 }

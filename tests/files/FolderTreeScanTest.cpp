@@ -221,6 +221,15 @@ TEST_F(FolderTreeScanTest, ALinkToAFileIsAFile) {
   EXPECT_THAT(Scan(top).tree, ElementsAre(Pair(top, ElementsAre("link"))));
 }
 
+TEST_F(FolderTreeScanTest, SpecialFilesAreLeftOut) {
+  File("top/s/file");
+  ASSERT_EQ(::mkfifo((top + "/s/pipe").c_str(), 0600), 0);
+  const ScanResult result = Scan(top);
+  EXPECT_EQ(result.count, 2u);
+  EXPECT_THAT(result.tree,
+              ElementsAre(Pair(top, ElementsAre("file")), Pair(top + "/s", ElementsAre("file"))));
+}
+
 TEST_F(FolderTreeScanTest, ALinkToAFolderHasEntriesOfItsOwnButIsNotInThoseAbove) {
   File("elsewhere/file");
   File("elsewhere/deep/file2");
