@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <random>
+
+#include "host/HostError.h"
 #include "host/SampleLabel.h"
 #include "host/SampleLayout.h"
 #include "host/scene/support/Scopes.h"
@@ -218,6 +221,37 @@ TEST(SceneDescription, RefusesTilesWithoutFiles) {
       Failure(
           Tile("A", 0, "SOURCE_LEFT = 0\nSOURCE_TOP = 0\nLINES = 3\nLINE_SAMPLES = 2\n" + kType)),
       HasSubstr("does not tell TILE_A/FILE_NAME_BAND_n"));
+}
+
+/// Describes a text, or refuses it with a HostError; anything else passes.
+void ExpectDescribedOrRefused(const std::string& text) {
+  try {
+    const SceneDescription scene = Describe(text);
+    EXPECT_GE(scene.size.width, 1);
+    EXPECT_GE(scene.size.height, 1);
+    EXPECT_NE(scene.bands.empty(), scene.tiles.empty());
+  } catch (const HostError& error) {
+    EXPECT_THAT(error.what(), testing::StartsWith("x.lbl: "));
+  }
+}
+
+TEST(SceneDescription, IsMadeOrRefusedOfALabelCutAnywhere) {
+  const std::string label = SampleLabel();
+  for (std::size_t length = 0; length <= label.size(); length += 5) {
+    ExpectDescribedOrRefused(label.substr(0, length));
+  }
+}
+
+TEST(SceneDescription, IsMadeOrRefusedOfALabelWithBytesChanged) {
+  std::mt19937 random(7);
+  const std::string label = SampleLabel();
+  for (int round = 0; round < 1500; ++round) {
+    std::string text = label;
+    for (int change = 0; change < 3; ++change) {
+      text[random() % text.size()] = static_cast<char>(random() % 256);
+    }
+    ExpectDescribedOrRefused(text);
+  }
 }
 
 }  // namespace
