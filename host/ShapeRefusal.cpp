@@ -64,8 +64,8 @@ std::string HeaderFault(const TShapeFileHeader& header, unsigned long size) {
 }
 
 std::string CountsFault(const TShapeFilePolygonHeader& record, unsigned long size) {
-  const std::string counts = "the first record counts " + to_string(record.numPoints) +
-                             " points in " + to_string(record.numParts) + " parts";
+  std::string counts = "the first record counts " + to_string(record.numPoints) + " points in " +
+                       to_string(record.numParts) + " parts";
   if (record.numParts < 0 || record.numPoints < 0) return counts;
   if (record.numPoints < record.numParts) return counts + ", fewer points than parts";
   const unsigned long needed = kRecordEnd + 4UL * static_cast<unsigned long>(record.numParts) +
@@ -80,14 +80,13 @@ std::string RecordFault(const TShapeFilePolygonHeader& record, unsigned long siz
     return "the first record is of shape type " + to_string(record.shapeType) + " (" +
            ShapeTypeName(record.shapeType) + "), not a polygon";
   }
-  const std::string fault = BoxFault(record, "the first record");
+  std::string fault = BoxFault(record, "the first record");
   return fault.empty() ? CountsFault(record, size) : fault;
 }
 
 /// Of the ring with this number, counted from 1.
 std::string RingFault(unsigned long number, long begin, long end, long points) {
-  const std::string index =
-      "the start index of ring " + to_string(number + 1) + " is " + to_string(end);
+  std::string index = "the start index of ring " + to_string(number + 1) + " is " + to_string(end);
   if (end < 0) return index;
   if (end > points) return index + ", beyond the " + to_string(points) + " points";
   if (end < begin) return index + ", before ring " + to_string(number) + " begins";
@@ -100,7 +99,7 @@ std::string RingFault(unsigned long number, long begin, long end, long points) {
 std::string RingsFault(const std::vector<int>& parts, long points) {
   long begin = 0;
   for (unsigned long number = 1; number < parts.size(); ++number) {
-    const std::string fault = RingFault(number, begin, parts[number], points);
+    std::string fault = RingFault(number, begin, parts[number], points);
     if (!fault.empty()) return fault;
     begin = parts[number];
   }
@@ -119,7 +118,7 @@ std::string RecordRefusal(TKvStream& stream, unsigned long size) {
     return "the first record is cut short: the file has " + to_string(size) +
            " bytes, a polygon's begin takes " + to_string(kRecordEnd);
   }
-  const std::string fault = RecordFault(record, size);
+  std::string fault = RecordFault(record, size);
   if (!fault.empty()) return fault;
   std::vector<int> parts(static_cast<unsigned long>(record.numParts));
   const unsigned long bytes = parts.size() * sizeof(int);
