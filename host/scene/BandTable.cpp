@@ -172,6 +172,7 @@ std::vector<LabelBand> FindLabelBands(const LabelScopes& label, const std::strin
             &label.main};
   }
   std::vector<LabelBand> list;
+  list.reserve(bands.size());
   for (auto& [number, band] : bands) list.push_back(std::move(band));
   return list;
 }

@@ -65,7 +65,7 @@ std::vector<LabelGroup> ReadLabelValues(const std::string& xml, const std::strin
                       "check that it is a label");
     }
     groups.push_back(std::move(group));
-    for (auto next = inner.rbegin(); next != inner.rend(); ++next) pending.push_back(*next);
+    pending.insert(pending.end(), inner.rbegin(), inner.rend());
   }
   return groups;
 }

@@ -64,7 +64,7 @@ ProductFolder::ProductFolder(const std::string& path) : path_(path) {
   if (!fs::is_directory(canonical_, error)) {
     throw HostError(path, "is not a folder", "name the folder of a product");
   }
-  fs::directory_iterator(canonical_, error);
+  const fs::directory_iterator entries(canonical_, error);
   if (error) throw HostError(path, "cannot be read: " + error.message(), "check its permissions");
   while (path_.size() > 1 && path_.back() == '/') path_.pop_back();
 }
@@ -95,7 +95,7 @@ std::optional<std::string> ProductFolder::Find(const std::string& name) const {
     folder = *inner;
     begin = end + 1;
   }
-  const std::optional<std::string> file = FindFile(folder, name.substr(begin));
+  std::optional<std::string> file = FindFile(folder, name.substr(begin));
   if (file) RefuseOutside(*file, name);
   return file;
 }

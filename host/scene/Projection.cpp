@@ -30,7 +30,7 @@ std::set<std::string> ProjectionNames(const std::string& folder) {
 
 std::optional<std::string> FindNamed(const ProductFolder& folder, const std::string& name,
                                      TSatLog* log) {
-  const std::optional<std::string> path = folder.Find(name);
+  std::optional<std::string> path = folder.Find(name);
   if (!path) LogWarning(log, "projection: there is no " + name + ", which the label names");
   return path;
 }

@@ -7,8 +7,6 @@
 namespace ravelin {
 namespace {
 
-using SatCommonUtils::TBasePushbroomDibData;
-
 // Rows far apart are not read again: files are told so after this much.
 constexpr std::size_t kPurgeBytes = std::size_t{32} << 20;
 

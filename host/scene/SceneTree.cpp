@@ -6,7 +6,6 @@
 namespace ravelin {
 namespace {
 
-using SatCommonUtils::TDataTree;
 using SatCommonUtils::TStringTree;
 
 /// Every subtree of a TStringTree is one.
