@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <map>
 #include <memory>
@@ -15,6 +16,9 @@
 
 namespace ravelin {
 namespace {
+
+/// A header and the place of one record. Shapelib makes an index of anything.
+constexpr std::size_t kIndexBytes = 108;
 
 // Shapelib reads and writes here instead of on the disk, so that its files can appear together with
 // the main file, or none of them. Its hooks are C functions without a context: the files of the
@@ -64,7 +68,9 @@ class MemoryFiles {
     }
   }
 
+  /// Shapelib looks at all that it asked for, also when it got less.
   static SAOffset Read(void* to, SAOffset size, SAOffset count, SAFile file) {
+    std::memset(to, 0, size * count);
     return size == 0 ? 0 : Stream(file)->Read(to, size * count) / size;
   }
 
@@ -108,11 +114,13 @@ ShapeCompanions MakeShapeCompanions(const std::string& mainFile, const std::stri
   MemoryFiles memory;
   memory.files.emplace("a.shp", mainFile);
   SAHooks hooks = MemoryFiles::Hooks();
-  if (SHPRestoreSHX("a.shp", "rb", &hooks) == 0 || !WriteAttributes("a.dbf", &hooks)) {
+  const bool made = SHPRestoreSHX("a.shp", "rb", &hooks) != 0 && WriteAttributes("a.dbf", &hooks);
+  ShapeCompanions companions = {memory.files["a.shx"].Bytes(), memory.files["a.dbf"].Bytes()};
+  if (!made || companions.index.size() != kIndexBytes) {
     throw HostError(name, "has no index or attributes that can be made: " + memory.error,
                     "check the points, or give fewer");
   }
-  return {memory.files["a.shx"].Bytes(), memory.files["a.dbf"].Bytes()};
+  return companions;
 }
 
 }  // namespace ravelin

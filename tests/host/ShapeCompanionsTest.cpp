@@ -34,8 +34,11 @@ TEST(ShapeCompanions, AreTheSameEveryTime) {
   EXPECT_EQ(MakeShapeCompanions(main, "a").attributes, MakeShapeCompanions(main, "b").attributes);
 }
 
-TEST(ShapeCompanions, AMainFileThatIsNoneIsRefused) {
-  EXPECT_THROW(MakeShapeCompanions("no shapefile", "a.shp"), ravelin::HostError);
+TEST(ShapeCompanions, AMainFileWithoutARecordIsRefused) {
+  const std::string main = FileOf({kSquare}).Bytes();
+  for (const std::string& bytes : {std::string(), main.substr(0, 100)}) {
+    EXPECT_THROW(MakeShapeCompanions(bytes, "a.shp"), ravelin::HostError);
+  }
 }
 
 }  // namespace
