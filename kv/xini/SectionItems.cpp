@@ -42,22 +42,22 @@ void SectionItems::Reset(pugi::xml_node section) {
 // is an element: declarations, processing instructions and document types are not kept.
 void SectionItems::MakeList() const {
   items_.clear();
-  for (pugi::xml_attribute item = section_.first_attribute(); item; item = item.next_attribute()) {
-    const char* const name = item.name();
-    if (name[0] != '_') items_.push_back({{}, item, name, kUnknown});
+  for (pugi::xml_attribute at = section_.first_attribute(); !IsNull(at); at = at.next_attribute()) {
+    const Item item(at);
+    if (item.name[0] != '_') items_.push_back(item);
   }
   firstElement_ = items_.size();
-  for (pugi::xml_node item = section_.first_child(); item; item = item.next_sibling()) {
-    const char* const name = item.name();
-    if (name[0] != '\0') items_.push_back({item, {}, name, kUnknown});
+  for (pugi::xml_node at = section_.first_child(); !IsNull(at); at = at.next_sibling()) {
+    const Item item(at);
+    if (item.name[0] != '\0') items_.push_back(item);
   }
   isListed_ = true;
 }
 
 void SectionItems::FindOutName(Item* item) const {
-  if (item->element && IsOddTag(item->name)) {
-    const char* const written = item->element.attribute(kNameMark).value();
-    if (EncodedPartsOf(item->element).name) {
+  if (item->IsElement() && IsOddTag(item->name)) {
+    const char* const written = item->Element().attribute(kNameMark).value();
+    if (EncodedPartsOf(item->Element()).name) {
       const std::string& decoded = decodedNames_.emplace_front(DecodedName(written));
       item->name = decoded.data();
       item->length = decoded.size();

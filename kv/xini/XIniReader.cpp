@@ -53,9 +53,9 @@ class TKvXIniReader::Impl {
 
   unsigned long Enter(unsigned long i) {
     const kv::SectionItems::Item& item = At(i);
-    if (!item.element)
+    if (!item.IsElement())
       throw TKvError("XML-ini: " + Quoted(Items().NameAt(i)) + " is not a section");
-    Push(lastSection_ + 1, item.element);
+    Push(lastSection_ + 1, item.Element());
     return ++lastSection_;
   }
 
@@ -97,18 +97,19 @@ class TKvXIniReader::Impl {
 
   /// The value where it lies in the document in one piece as it is, else null.
   const char* PlainValue(const kv::SectionItems::Item& item) const {
-    if (!item.element) return item.attribute.value();
-    if (item.element.first_child()) return nullptr;
-    if (document_.HasMark() && item.element.first_attribute()) return nullptr;
-    return item.element.value();
+    if (!item.IsElement()) return item.Attribute().value();
+    const pugi::xml_node element = item.Element();
+    if (!kv::IsNull(element.first_child())) return nullptr;
+    if (document_.HasMark() && !kv::IsNull(element.first_attribute())) return nullptr;
+    return element.value();
   }
 
   /// The value of an element of several pieces, or encoded.
   std::string OddValue(const kv::SectionItems::Item& item, unsigned long i) const {
-    if (HasChildElement(item.element)) {
+    if (HasChildElement(item.Element())) {
       throw TKvError("XML-ini: " + Quoted(Items().NameAt(i)) + " is a section, not a value");
     }
-    return kv::XIniValue(item.element);
+    return kv::XIniValue(item.Element());
   }
 
   template <class T>
