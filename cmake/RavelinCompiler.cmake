@@ -13,10 +13,12 @@ set(RAVELIN_SANITIZE
     CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
 
 # Warnings, and the semantics that the binary interface rests on: calls to exported functions go
-# through the dynamic symbol with both compilers.
+# through the dynamic symbol with both compilers, and the module can be unloaded, which the unique
+# symbols that g++ makes of constants in inline functions would prevent.
 function(ravelin_settings target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion
-                                           -fsemantic-interposition)
+                                           -fsemantic-interposition
+                                           $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
   if(RAVELIN_DEVELOPER OR RAVELIN_BENCHMARKS OR RAVELIN_FUZZERS)
     target_compile_options(${target} PRIVATE -Werror)
   endif()

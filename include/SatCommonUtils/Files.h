@@ -1,9 +1,10 @@
-// Files and folders: paths as plain texts, lists of file names with wildcard search, folder
-// scanning, file look-up, lists of temporary files.
-//
-// Names and paths are UTF-8. Folders are walked with Qt Core, which users of this header need not
-// have. Files whose names are not UTF-8 do not exist for it: they are not listed and not found, and
-// folders with such names are not walked.
+/// @file
+/// Files and folders: paths as plain texts, lists of file names with wildcard search, folder
+/// scanning, file look-up, lists of temporary files.
+///
+/// Names and paths are UTF-8. Folders are walked with Qt Core, which users of this header need not
+/// have. Files whose names are not UTF-8 do not exist for it: they are not listed and not found,
+/// and folders with such names are not walked.
 #pragma once
 
 #include <cstddef>
@@ -100,9 +101,11 @@ class RAVELIN_EXPORT TFilenamesList {
   /// Removes all names; the cursor is at the end.
   void Clear();
 
+  /// Moves the cursor to the first name; false when there is none.
   bool GetFirst(std::string* out) const;
   /// Moves the cursor on by one; false when it reaches the end or was there.
   bool GetNext(std::string* out) const;
+  /// The name at the cursor; false at the end.
   bool GetCurrent(std::string* out) const;
 
   /// Moves the cursor to the first name that matches, to the end when there is none.

@@ -1,4 +1,5 @@
-// The message log of a processing run.
+/// @file
+/// The message log of a processing run.
 #pragma once
 
 #include <cstddef>
@@ -27,16 +28,16 @@ class RAVELIN_EXPORT TSatLog {
  public:
   /// Other values may be stored too; they are of no kind.
   enum TMsgType : int {
-    mtDebug = 0,
-    mtError = 1,
-    mtWarning = 2,
-    mtInfo = 3,
+    mtDebug = 0,    ///< for the developers of the host
+    mtError = 1,    ///< something failed
+    mtWarning = 2,  ///< something is not as it should be
+    mtInfo = 3,     ///< what was done
   };
 
   /// One message.
   struct RAVELIN_EXPORT TLogDataItem {
-    TMsgType type;
-    std::string message;
+    TMsgType type;        ///< its kind
+    std::string message;  ///< its text
 
     /// The symbol of the type, a space, the text: "! no such band".
     std::string GetMsgLine() const;

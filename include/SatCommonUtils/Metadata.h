@@ -1,7 +1,8 @@
-// Metadata as XML: PVL and WKT converters, readers and writers of XML items.
-//
-// Texts are byte strings and are passed on as they are. The functions keep no state: they may run
-// on several threads at once on different streams, writers and items.
+/// @file
+/// Metadata as XML: PVL and WKT converters, readers and writers of XML items.
+///
+/// Texts are byte strings and are passed on as they are. The functions keep no state: they may run
+/// on several threads at once on different streams, writers and items.
 #pragma once
 
 #include <string>
@@ -47,11 +48,13 @@ struct TPvlFailure {
   std::string reason;  ///< for people, without a full stop: "BEGIN_GROUP without '='"
 };
 
+/// @{
 /// The same conversions. False says in `*failure` why; otherwise it is left alone. It may be null.
 RAVELIN_EXPORT bool PVLtoXML(var_a_legacy::var_a<TKvStream*> in,
                              var_a_legacy::var_a<TKvStream*> out, TPvlFailure* failure);
 RAVELIN_EXPORT bool NASA_PVLtoXML(var_a_legacy::var_a<TKvStream*> in,
                                   var_a_legacy::var_a<TKvStream*> out, TPvlFailure* failure);
+/// @}
 
 /// Converts WKT text, NAME[item, CHILD[...], ...], to an XML document in UTF-8: an element a
 /// section, a VALUE element an item (quotes kept, white space outside them dropped), a line each,
@@ -62,12 +65,14 @@ RAVELIN_EXPORT bool NASA_PVLtoXML(var_a_legacy::var_a<TKvStream*> in,
 /// input.
 RAVELIN_EXPORT bool WktSectionToXml(const std::string& wkt, std::string* xml);
 
+/// @{
 /// Writers that write only what carries information. True without writing when there is nothing
 /// worth it, else the writer's result.
 RAVELIN_EXPORT bool WriteNotEmptyString(TKvXIniWriter* writer, std::string name, std::string value);
 RAVELIN_EXPORT bool WriteNonZeroInt(TKvXIniWriter* writer, std::string name, int value);
 RAVELIN_EXPORT bool WritePositiveInt(TKvXIniWriter* writer, std::string name, int value);
 RAVELIN_EXPORT bool WriteNonNegativeInt(TKvXIniWriter* writer, std::string name, int value);
+/// @}
 /// Writes what compares unequal to 0: NaN is written, -0.0 is not.
 RAVELIN_EXPORT bool WriteNonZeroDouble(TKvXIniWriter* writer, std::string name, double value);
 
@@ -88,15 +93,18 @@ RAVELIN_EXPORT bool SaveToXMLE(const TKv2DTransform& transform, TKvXIniWriter* w
 RAVELIN_EXPORT bool SaveToXML(const TKv2DTransform& transform, TKvXIniWriter* writer,
                               std::string section);
 
+/// An element of parsed XML, shared.
 using TXmlItem = var_a_legacy::var_a<TKvXmlItem*>;
 
 // Readers of the first child element of `item` that is named `tag`. An empty `item` has no
-// children. Numbers are read as the C library's scan does: leading blanks skipped, what follows the
-// number ignored ("12abc" is 12). A missing child and an empty text give the default, or false with
-// the value left alone. Text of blanks alone gives the default, but true with the value left alone:
-// callers rely on it.
+// children. Numbers are read as the C library's scan does: the decimal sign is that of the host's
+// locale, leading blanks are skipped, what follows the number is ignored ("12abc" is 12). A missing
+// child and an empty text give the default, or false with the value left alone. Text of blanks
+// alone gives the default, but true with the value left alone: callers rely on it.
 
-/// The child's text, also when it is empty; `def` when there is no such child.
+/// @{
+/// The child's text, a text also when it is empty, or the number that it begins with; `def` when
+/// there is no such child.
 RAVELIN_EXPORT std::string ReadStringFromXMLItemText(TXmlItem item, const std::string& tag,
                                                      const std::string& def);
 RAVELIN_EXPORT double ReadDoubleFromXMLItemText(TXmlItem item, const std::string& tag,
@@ -104,7 +112,9 @@ RAVELIN_EXPORT double ReadDoubleFromXMLItemText(TXmlItem item, const std::string
 RAVELIN_EXPORT bool ReadDoubleFromXMLItemText(TXmlItem item, const std::string& tag, double* value);
 RAVELIN_EXPORT int ReadIntFromXMLItemText(TXmlItem item, const std::string& tag, int def);
 RAVELIN_EXPORT bool ReadIntFromXMLItemText(TXmlItem item, const std::string& tag, int* value);
+/// @}
 
+/// @{
 /// The value of the child's `attribute`; `def` when there is no such child or attribute.
 RAVELIN_EXPORT std::string ReadStringFromXMLItemAttribute(TXmlItem item, const std::string& tag,
                                                           const std::string& attribute,
@@ -118,5 +128,6 @@ RAVELIN_EXPORT int ReadIntFromXMLItemAttribute(TXmlItem item, const std::string&
                                                const std::string& attribute, int def);
 RAVELIN_EXPORT bool ReadIntFromXMLItemAttribute(TXmlItem item, const std::string& tag,
                                                 const std::string& attribute, int* value);
+/// @}
 
 }  // namespace SatCommonUtils

@@ -1,4 +1,5 @@
-// The module's two entry points and what it knows of itself.
+/// @file
+/// The module's two entry points and what it knows of itself.
 #pragma once
 
 #include <string>
@@ -17,6 +18,7 @@ RAVELIN_EXPORT void Init_Ravelin();
 RAVELIN_EXPORT void Deinit_Ravelin();
 }
 
+/// What the module offers.
 namespace SatCommonUtils {
 
 /// The process-wide initializer: counts initialisations and records where the module's file lies.
@@ -35,10 +37,12 @@ class RAVELIN_EXPORT KvModule_Initializer {
   KvModule_Initializer(const KvModule_Initializer&) = delete;
   KvModule_Initializer& operator=(const KvModule_Initializer&) = delete;
 
+  /// The one there is in the process.
   static KvModule_Initializer& getInst();
 
   /// Both texts are accepted and ignored. Fails as Init_Ravelin does.
   void init(const std::string&, const std::string&);
+  /// Counts down as Deinit_Ravelin does.
   void deinit();
 
  private:

@@ -1,14 +1,15 @@
-// Rasters of pushbroom scanners: raw 16-bit bands, an envelope around any framework raster, the
-// compositor of separate bands and the raster stitched from super tiles.
-//
-// Requests and output buffers count rows from the bottom (Kv/Raster.h); files and read buffers hold
-// the top row first. Samples are unsigned 16-bit in the machine's byte order once they are read.
-// Pixels outside a raster are left as they are in the output, except by the super-tiled raster,
-// which blanks the whole request first. GetRect returns 3 when pixels were written and 2 when none
-// were.
-//
-// Threads: a raster's buffers, and those of the rasters that it holds, serve all its calls; calls
-// on one raster must not overlap.
+/// @file
+/// Rasters of pushbroom scanners: raw 16-bit bands, an envelope around any framework raster, the
+/// compositor of separate bands and the raster stitched from super tiles.
+///
+/// Requests and output buffers count rows from the bottom (Kv/Raster.h); files and read buffers
+/// hold the top row first. Samples are unsigned 16-bit in the machine's byte order once they are
+/// read. Pixels outside a raster are left as they are in the output, except by the super-tiled
+/// raster, which blanks the whole request first. GetRect returns 3 when pixels were written and 2
+/// when none were.
+///
+/// Threads: a raster's buffers, and those of the rasters that it holds, serve all its calls; calls
+/// on one raster must not overlap.
 #pragma once
 
 #include <map>
@@ -22,16 +23,18 @@
 
 namespace SatCommonUtils {
 
+/// @{
 /// Reverses the bytes of the value in place; a double is treated as a 64-bit pattern.
 RAVELIN_EXPORT void EndianSwap(unsigned short* value);
 RAVELIN_EXPORT void EndianSwap(unsigned int* value);
 RAVELIN_EXPORT void EndianSwap(double* value);
+/// @}
 
 /// The bands of the first, second and third visible channel, counted from 0; negative: no band.
 struct TVisibleBandsOrder {
-  long first;
-  long second;
-  long third;
+  long first;   ///< shown as red
+  long second;  ///< shown as green
+  long third;   ///< shown as blue
 };
 
 /// What all band rasters share: size, number of bands, channel description and a hook that reads a
@@ -89,12 +92,13 @@ class TPushbroomDibData : public TBasePushbroomDibData {
   /// Grows the read buffer to the block, zeroes the block and calls ReadData. False when the buffer
   /// cannot be allocated or the read fails.
   bool AllocReadData(long* pos, long* size) override;
+  /// The read buffer; null before the first read.
   unsigned short* GetReadBuffer() const override;
   /// Fills the read buffer, sized and zeroed for the block; arguments as for AllocReadData.
   virtual bool ReadData(long* pos, long* size) = 0;
 
  protected:
-  T* readBuffer = nullptr;
+  T* readBuffer = nullptr;  ///< owned, made by new T[readBufferSize]
   long readBufferSize = 0;  ///< elements
 };
 
@@ -122,7 +126,7 @@ class TRawDibData : public TPushbroomDibData<T> {
   void PurgeCache() override;
 
  protected:
-  T* rowCache = nullptr;
+  T* rowCache = nullptr;           ///< one row as read; owned
   unsigned long rowCacheSize = 0;  ///< bytes
 
  private:
@@ -145,12 +149,13 @@ extern template class RAVELIN_EXPORT TRawDibData<unsigned short>;
 ///     band.Setup(file, 8192, 8192, TRawWordDibData::boBigEndian);
 class RAVELIN_EXPORT TRawWordDibData : public TRawDibData<unsigned short> {
  public:
+  /// The byte order of the samples in the file.
   enum TBytesOrder : int {
     boLittleEndian = 0,  ///< samples are used as read
     boBigEndian = 1,     ///< the two bytes of every sample are exchanged
   };
 
-  TBytesOrder bytesOrder = boLittleEndian;
+  TBytesOrder bytesOrder = boLittleEndian;  ///< that of the file
 
   TRawWordDibData();
   ~TRawWordDibData() override;
@@ -225,14 +230,14 @@ class RAVELIN_EXPORT TSeparateBandsDibData : public TBasePushbroomDibData {
 /// One super tile. Full-resolution pixels, columns from the left and rows from the top of the
 /// stitched raster, `right` and `bottom` inclusive.
 struct TSuperTileData {
-  long left;
-  long top;
-  long right;
-  long bottom;
+  long left;     ///< first column
+  long top;      ///< first row
+  long right;    ///< last column
+  long bottom;   ///< last row
   long srcLeft;  ///< column in the tile's own raster where the tile's content starts
   long srcTop;   ///< row from the top in the tile's own raster where it starts
-  var_a_legacy::var_a<TBasePushbroomDibData*> raster;
-  std::string fileName;  ///< carried for the host
+  var_a_legacy::var_a<TBasePushbroomDibData*> raster;  ///< the tile's own, shared
+  std::string fileName;                                ///< carried for the host
 };
 
 /// Width and height of the tiles' common extent. False, both 0, for an empty set and for an extent
@@ -254,7 +259,7 @@ RAVELIN_EXPORT unsigned long GetSuperTilesFileNames(const std::vector<TSuperTile
 /// rasters.
 class RAVELIN_EXPORT TSuperTiledDibDataEnvelope : public TBasePushbroomDibData {
  public:
-  std::vector<TSuperTileData> tiles;
+  std::vector<TSuperTileData> tiles;  ///< in drawing order
 
   TSuperTiledDibDataEnvelope();
   ~TSuperTiledDibDataEnvelope() override;
@@ -280,11 +285,12 @@ class RAVELIN_EXPORT TSuperTiledDibDataEnvelope : public TBasePushbroomDibData {
   /// Grows the tile buffer to bytesPerPixel x size[0] x size[1] + 4 bytes and clears all of it.
   /// False when it cannot be allocated.
   bool AllocTileBuffer(long* size, unsigned long bytesPerPixel);
+  /// Frees the tile buffer; the next request makes one anew.
   void FreeTileBuffer();
 
  protected:
-  unsigned char* tileBuffer = nullptr;
-  unsigned long tileBufferSize = 0;  ///< bytes
+  unsigned char* tileBuffer = nullptr;  ///< owned
+  unsigned long tileBufferSize = 0;     ///< bytes
 
  private:
   struct TStitching;

@@ -1,8 +1,9 @@
-// Shapefiles: the main file (.shp) of the ESRI format, its header, and one polygon a file.
-//
-// The layouts are those of the "ESRI Shapefile Technical Description" (July 1998). Coordinates are
-// in the units of the file's coordinate system. An object may be used by one thread at a time;
-// different objects, on different streams, by several.
+/// @file
+/// Shapefiles: the main file (.shp) of the ESRI format, its header, and one polygon a file.
+///
+/// The layouts are those of the "ESRI Shapefile Technical Description" (July 1998). Coordinates are
+/// in the units of the file's coordinate system. An object may be used by one thread at a time;
+/// different objects, on different streams, by several.
 #pragma once
 
 #include <cfloat>
@@ -45,24 +46,25 @@ RAVELIN_EXPORT bool IsMtype(TShapeFileType type);
 /// The header of a main file, its 100 bytes as they are stored: big-endian fields stay so in
 /// memory. A new one has an empty box and is not valid.
 struct RAVELIN_EXPORT TShapeFileHeader {
-  int fileCode = -1;  ///< big-endian; 9994
-  int unused1 = 0;    ///< big-endian, as the next four
-  int unused2 = 0;
-  int unused3 = 0;
-  int unused4 = 0;
-  int unused5 = 0;
-  int fileLength = 0;  ///< big-endian; of the whole file, in units of two bytes
-  int version = 0;     ///< little-endian, as all that follows; 1000
-  int shapeType = sftInvalid;
-  double xMin = DBL_MAX;
-  double yMin = DBL_MAX;
-  double xMax = -DBL_MAX;
-  double yMax = -DBL_MAX;
-  double zMin = DBL_MAX;
-  double zMax = -DBL_MAX;
-  double mMin = DBL_MAX;
-  double mMax = -DBL_MAX;
+  int fileCode = -1;           ///< big-endian; 9994
+  int unused1 = 0;             ///< big-endian, as the next four
+  int unused2 = 0;             ///< 0
+  int unused3 = 0;             ///< 0
+  int unused4 = 0;             ///< 0
+  int unused5 = 0;             ///< 0
+  int fileLength = 0;          ///< big-endian; of the whole file, in units of two bytes
+  int version = 0;             ///< little-endian, as all that follows; 1000
+  int shapeType = sftInvalid;  ///< a code of TShapeFileType
+  double xMin = DBL_MAX;       ///< west edge of all points
+  double yMin = DBL_MAX;       ///< south edge
+  double xMax = -DBL_MAX;      ///< east edge
+  double yMax = -DBL_MAX;      ///< north edge
+  double zMin = DBL_MAX;       ///< smallest height
+  double zMax = -DBL_MAX;      ///< largest height
+  double mMin = DBL_MAX;       ///< smallest measure
+  double mMax = -DBL_MAX;      ///< largest measure
 
+  /// An empty box, not valid.
   TShapeFileHeader();
 
   /// Whether file code, version and type are right and no range is inverted: x and y of every type,
@@ -79,13 +81,14 @@ struct RAVELIN_EXPORT TShapeFilePolygonHeader {
   int recordNumber = 0;        ///< big-endian; from 1
   int contentLength = 0;       ///< big-endian; of what follows, in units of two bytes
   int shapeType = sftInvalid;  ///< little-endian, as all that follows
-  double xMin = DBL_MAX;
-  double yMin = DBL_MAX;
-  double xMax = -DBL_MAX;
-  double yMax = -DBL_MAX;
-  int numParts = -1;
-  int numPoints = -1;
+  double xMin = DBL_MAX;       ///< west edge of the polygon
+  double yMin = DBL_MAX;       ///< south edge
+  double xMax = -DBL_MAX;      ///< east edge
+  double yMax = -DBL_MAX;      ///< north edge
+  int numParts = -1;           ///< rings
+  int numPoints = -1;          ///< points of all rings, closing points counted
 
+  /// An empty box, not valid.
   TShapeFilePolygonHeader();
 
   /// Whether the type is polygon or polygon Z, the box is not inverted, and the points are at least
@@ -101,21 +104,23 @@ struct RAVELIN_EXPORT TShapeFilePolygonHeader {
 /// A header that was checked and decoded. Each minimum is followed by its maximum, other than in
 /// the file.
 struct RAVELIN_EXPORT TShapeFileHeaderInfo {
-  unsigned int fileLength = 0;  ///< bytes; 0: none
-  TShapeFileType shapeType = sftInvalid;
-  double xMin = DBL_MAX;
-  double xMax = -DBL_MAX;
-  double yMin = DBL_MAX;
-  double yMax = -DBL_MAX;
-  double zMin = DBL_MAX;
-  double zMax = -DBL_MAX;
-  double mMin = DBL_MAX;
-  double mMax = -DBL_MAX;
+  unsigned int fileLength = 0;            ///< bytes; 0: none
+  TShapeFileType shapeType = sftInvalid;  ///< of all shapes in the file
+  double xMin = DBL_MAX;                  ///< west edge of all points
+  double xMax = -DBL_MAX;                 ///< east edge
+  double yMin = DBL_MAX;                  ///< south edge
+  double yMax = -DBL_MAX;                 ///< north edge
+  double zMin = DBL_MAX;                  ///< smallest height
+  double zMax = -DBL_MAX;                 ///< largest height
+  double mMin = DBL_MAX;                  ///< smallest measure
+  double mMax = -DBL_MAX;                 ///< largest measure
 
+  /// Not valid.
   TShapeFileHeaderInfo();
   /// Throws std::runtime_error where Setup gives false.
   TShapeFileHeaderInfo(const TShapeFileHeader& src);
 
+  /// Not valid again, as a new one.
   void Reset();
 
   /// Takes over a header; false when it is not valid or says a length of 0. The ranges of z and m
@@ -130,8 +135,9 @@ struct RAVELIN_EXPORT TShapeFileHeaderInfo {
 /// What a main file holds: here its header alone. Copies are independent.
 class RAVELIN_EXPORT TShapeFileData {
  public:
-  TShapeFileHeaderInfo info;
+  TShapeFileHeaderInfo info;  ///< the header, decoded
 
+  /// Not valid.
   TShapeFileData();
   virtual ~TShapeFileData();
 
@@ -141,6 +147,7 @@ class RAVELIN_EXPORT TShapeFileData {
   virtual bool Initialize(TKvStream* stream);
   /// Writes the content; false here: there is none.
   virtual bool Write(TKvStream* stream) const;
+  /// Without content again.
   virtual void Reset();
   /// Whether there is content.
   virtual operator bool() const;
@@ -159,9 +166,10 @@ RAVELIN_EXPORT TShapeFileType CheckShapeFile(TKvStream* stream);
 /// The same of a file; sftInvalid also when it cannot be opened.
 RAVELIN_EXPORT TShapeFileType CheckShapeFile(const std::string& path);
 
+/// A point of the plane, in the units of the file's coordinate system.
 struct TShapeFilePoint {
-  double x = DBL_MAX;
-  double y = DBL_MAX;
+  double x = DBL_MAX;  ///< to the east
+  double y = DBL_MAX;  ///< to the north
 };
 
 /// The points of one closed line, without the closing point: the first is not repeated at the end.
@@ -176,8 +184,9 @@ using TShapeFileRing = std::vector<TShapeFilePoint>;
 /// `rings` may be changed between Setup and Write; the box in `info` is written as it is.
 class RAVELIN_EXPORT TShapeFilePolygonData : public TShapeFileData {
  public:
-  std::vector<TShapeFileRing> rings;
+  std::vector<TShapeFileRing> rings;  ///< in the order of the file
 
+  /// Empty and not valid, type polygon.
   TShapeFilePolygonData();
   ~TShapeFilePolygonData() override;
 

@@ -1,8 +1,9 @@
-// Text helpers: splitting, joining and numbering of texts, escapes, byte-order marks, UTF-16 of
-// Latin characters, numbers as text, beginnings and ends of strings, strings as files.
-//
-// Texts are byte strings. But where a function says so, they keep no state and may run on several
-// threads at once on different strings and streams.
+/// @file
+/// Text helpers: splitting, joining and numbering of texts, escapes, byte-order marks, UTF-16 of
+/// Latin characters, numbers as text, beginnings and ends of strings, strings as files.
+///
+/// Texts are byte strings. But where a function says so, they keep no state and may run on several
+/// threads at once on different strings and streams.
 #pragma once
 
 #include <string>
@@ -68,12 +69,14 @@ RAVELIN_EXPORT bool SetIfNotEmpty(std::string* target, const std::string& value,
 RAVELIN_EXPORT std::string GetNotEmptyDef(const std::string& value, const std::string& def,
                                           bool trimFirst);
 
+/// @{
 /// A text of at least `width` bytes stays. A shorter one gets a filler in front, or behind, but not
 /// the one that the names promise: as many bytes as the code of `pad` says (32 for a blank), each
 /// with the low byte of `text.size() - width` as its value (FD for 2 bytes and a width of 5).
 /// Callers rely on it. A pad character from 80 to FF throws std::length_error.
 RAVELIN_EXPORT std::string LeftPadding(const std::string& text, unsigned long width, char pad);
 RAVELIN_EXPORT std::string RightPadding(const std::string& text, unsigned long width, char pad);
+/// @}
 
 /// Trims the text and takes a double quote off both of its ends. False when it does not have both:
 /// `*out`, which may be `text`, is the trimmed text then.
@@ -127,9 +130,11 @@ RAVELIN_EXPORT unsigned long Encode(const char* src, unsigned long srcLength, ch
 /// writing drops it: callers rely on it.
 RAVELIN_EXPORT unsigned long Decode(const char* src, unsigned long srcLength, char* dst,
                                     unsigned long dstOffset);
+/// @{
 /// The same from string to string; what `*out` held is replaced.
 RAVELIN_EXPORT void Encode(std::string in, std::string* out);
 RAVELIN_EXPORT void Decode(std::string in, std::string* out);
+/// @}
 
 /// The byte-order mark at the start of a text.
 enum TSatBOM : int {
@@ -168,26 +173,37 @@ RAVELIN_EXPORT std::string PseudoUTF16toUTF8BOM(TKvStream* stream);
 // is as the scan of the GNU library gives it, the low 32 bits of a long. Time is linear in the
 // number and the white space.
 
+/// @{
 /// The number at the beginning of `text`; `def` when the text is empty or no number begins it. A
 /// text that is not empty, but has white space at most before its first NUL or its end, gives 0:
 /// callers rely on its being no failure.
 RAVELIN_EXPORT double StringToDoubleDef(const std::string& text, const double& def);
 RAVELIN_EXPORT int StringToIntDef(const std::string& text, int def);
+/// @}
+
+/// @{
 /// The same, but instead of the default std::runtime_error whose what() is the function's name.
 RAVELIN_EXPORT double StringToDoubleE(const std::string& text);
 RAVELIN_EXPORT int StringToIntE(const std::string& text);
+/// @}
 
+/// @{
 /// Whether a number begins `text`, which then is in `*value`. Otherwise `*value` stays; white space
 /// alone is no number here. An unsigned number wraps when it has a minus: "-1" is 4294967295.
 RAVELIN_EXPORT bool ValueFromString(const std::string& text, double* value);
 RAVELIN_EXPORT bool ValueFromString(const std::string& text, float* value);
 RAVELIN_EXPORT bool ValueFromString(const std::string& text, unsigned int* value);
+/// @}
 
+/// @{
 /// As printf's %g and %u give it, with six significant digits at most: 0.1, 1e+20, 1.23457e+08. The
 /// decimal sign is that of the locale.
 RAVELIN_EXPORT std::string ValueToString(const double& value);
 RAVELIN_EXPORT std::string ValueToString(const float& value);
 RAVELIN_EXPORT std::string ValueToString(const unsigned int& value);
+/// @}
+
+/// @{
 /// By a format of printf with one conversion: of a double for the first two, of an unsigned int for
 /// the third. The text ends at the first NUL. Empty when printf refuses the format.
 ///
@@ -195,6 +211,7 @@ RAVELIN_EXPORT std::string ValueToString(const unsigned int& value);
 RAVELIN_EXPORT std::string ValueToString(const double& value, const char* format);
 RAVELIN_EXPORT std::string ValueToString(const float& value, const char* format);
 RAVELIN_EXPORT std::string ValueToString(const unsigned int& value, const char* format);
+/// @}
 
 // Strings in strings. With `caseSensitive` false, ASCII letters are compared in upper case; other
 // bytes always are compared as they are. Linear.

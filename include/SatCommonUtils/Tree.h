@@ -1,16 +1,17 @@
-// Data trees: tagged, nested metadata in memory, as indented text and as XML-ini.
-//
-// A tree has a tag, an index and a header, and owns fields and subtrees; a field has a tag, an
-// index, a header and values. A field is found by its pair of tag and index, a subtree likewise.
-//
-//     TStringTree product(1, 0, nullptr, "Product");
-//     product.InsertInteger("Rows", 10, 0, 512);
-//     std::string text = WriteTreeToString(product);   // "(1,0)Product\n(10,0)[1]Rows\t512\n\n"
-//
-// No operation of this header recurses with the depth of a tree, but for what a deriving class's
-// own factories and writers make it do: those may run up to 2,000 inside each other on one thread;
-// one more throws std::length_error.
-// Threads: calls on trees that share no node may overlap.
+/// @file
+/// Data trees: tagged, nested metadata in memory, as indented text and as XML-ini.
+///
+/// A tree has a tag, an index and a header, and owns fields and subtrees; a field has a tag, an
+/// index, a header and values. A field is found by its pair of tag and index, a subtree likewise.
+///
+///     TStringTree product(1, 0, nullptr, "Product");
+///     product.InsertInteger("Rows", 10, 0, 512);
+///     std::string text = WriteTreeToString(product);   // "(1,0)Product\n(10,0)[1]Rows\t512\n\n"
+///
+/// No operation of this header recurses with the depth of a tree, but for what a deriving class's
+/// own factories and writers make it do: those may run up to 2,000 inside each other on one thread;
+/// one more throws std::length_error.
+/// Threads: calls on trees that share no node may overlap.
 #pragma once
 
 #include <cstddef>
@@ -28,6 +29,7 @@ namespace SatCommonUtils {
 /// the object's own class does not matter.
 template <class T>
 struct TPtrDelete {
+  /// Nothing for null.
   void operator()(T* object) const noexcept {
     if (object == nullptr) return;
     object->T::~T();
@@ -40,18 +42,26 @@ struct TPtrDelete {
 template <class T>
 class TPtrVector {
  public:
+  /// Walks over the pointers.
   using const_iterator = typename std::vector<T*>::const_iterator;
 
+  /// No elements.
   TPtrVector() = default;
   TPtrVector(const TPtrVector&) = delete;
   TPtrVector& operator=(const TPtrVector&) = delete;
   ~TPtrVector() { Clear(); }
 
+  /// The number of elements.
   std::size_t size() const noexcept { return elements_.size(); }
+  /// Whether there are none.
   bool empty() const noexcept { return elements_.empty(); }
+  /// The element at `i`, which must be there; the vector keeps owning it.
   T* operator[](std::size_t i) const { return elements_[i]; }
+  /// The last element, which must be there.
   T* back() const { return elements_.back(); }
+  /// The first position.
   const_iterator begin() const noexcept { return elements_.begin(); }
+  /// The position behind the last element.
   const_iterator end() const noexcept { return elements_.end(); }
 
   /// Takes ownership, also when it throws std::bad_alloc: the element is deleted then.
@@ -85,8 +95,8 @@ class TPtrVector {
 template <class T>
 class TDataField {
  public:
-  int tag = 0;
-  int idx = 0;
+  int tag = 0;            ///< what the values are
+  int idx = 0;            ///< which of several under one tag
   std::size_t count = 0;  ///< of `values`
   T* values = nullptr;    ///< owned, made by new T[count]; null when there are none
   std::string header;     ///< for people
@@ -109,9 +119,11 @@ class TDataField {
   virtual bool WriteToXML(TKvXIniWriter* writer) const;
   /// Writes value `i` at `buffer + position` and returns its length; a null `buffer` only measures.
   virtual std::size_t ValueToString(std::size_t i, char* buffer, std::size_t position) const;
+  /// Value `i` as the text of an item of XML; empty when it is not there.
   virtual std::string ValueToString(std::size_t i) const;
-  /// Set value `i` from a piece of a line of text, or from an item of XML; false when they do not.
+  /// Sets value `i` from a piece of a line of text; false when it does not.
   virtual bool StringToValue(const char* text, std::size_t length, std::size_t i);
+  /// Sets value `i` from the text of an item of XML; false when it does not.
   virtual bool StringToValue(const std::string& text, std::size_t i);
 
   /// Reads the line that begins at `text + *position`, its tabs skipped, and sets `*position`
@@ -141,10 +153,11 @@ class TDataTree {
   TDataTree* parent;                 ///< the tree that owns this one; null for a root
   TPtrVector<TDataTree> subtrees;    ///< in the order of insertion
   TPtrVector<TDataField<T>> fields;  ///< in the order of insertion
-  int tag;
-  int idx;
+  int tag;                           ///< what the tree describes
+  int idx;                           ///< which of several under one tag
   std::string header;  ///< for people; the text form wants it without line feed and NUL
 
+  /// Without fields and subtrees. `parent` is only kept: whoever makes a subtree appends it there.
   TDataTree(int tag, int idx, TDataTree* parent, std::string header);
   TDataTree(const TDataTree&) = delete;
   TDataTree& operator=(const TDataTree&) = delete;
@@ -158,19 +171,29 @@ class TDataTree {
   // The factories make an object whose parent this tree is; the caller appends it. They never give
   // null. Those with a text read what begins at `text + *position` and move the position behind it;
   // those with a reader read the section that it stands in, which is at position `item`.
+
+  /// A subtree without fields and subtrees.
   virtual TDataTree* CreateSubtree(int tag, int idx, std::string header);
+  /// A subtree read from text, as ReadFromString does.
   virtual TDataTree* CreateSubtree(const char* text, std::size_t* position);
+  /// A subtree read from XML, as ReadFromXML does.
   virtual TDataTree* CreateSubtree(TKvXIniReader* reader, std::size_t item);
+  /// A field with copies of `count` values.
   virtual TDataField<T>* CreateField(int tag, int idx, T* values, std::size_t count,
                                      std::string header);
+  /// A field of one value.
   virtual TDataField<T>* CreateField(int tag, int idx, const T& value, std::string header);
+  /// A field read from text, as TDataField::ReadFromString does.
   virtual TDataField<T>* CreateField(const char* text, std::size_t* position);
+  /// A field read from XML, as TDataField::ReadFromXML does.
   virtual TDataField<T>* CreateField(TKvXIniReader* reader, std::size_t item);
 
-  /// Append a field or subtree made by the factory of the same kind. False, and nothing changes,
-  /// when there is one with that tag and idx: a linear search.
+  /// Appends a field made by the factory of the same kind. False, and nothing changes, when there
+  /// is one with that tag and idx: a linear search.
   bool InsertField(std::string header, int tag, int idx, const T& value);
+  /// The same with copies of `count` values.
   bool InsertField(std::string header, int tag, int idx, T* values, std::size_t count);
+  /// The same for a subtree.
   bool InsertSubtree(std::string header, int tag, int idx);
 
   /// Inserts copies of all fields, then of all subtrees with what they hold, into `destination`,
@@ -212,6 +235,7 @@ class RAVELIN_EXPORT TStringTreeField : public TDataField<std::string> {
 /// A tree of texts, with numbers as decimal text.
 class RAVELIN_EXPORT TStringTree : public TDataTree<std::string> {
  public:
+  /// As TDataTree's.
   TStringTree(int tag, int idx, TDataTree<std::string>* parent, std::string header);
 
   TDataTree<std::string>* CreateSubtree(int tag, int idx, std::string header) override;
@@ -231,15 +255,20 @@ class RAVELIN_EXPORT TStringTree : public TDataTree<std::string> {
   // unless there is one: the first failure of each tag is kept. Its value is the text that is no
   // number, or for GetString what `*value` holds.
 
+  /// A whole number.
   bool GetInteger(int tag, int idx, int* value);
+  /// A number.
   bool GetDouble(int tag, int idx, double* value);
+  /// The text as it is.
   bool GetString(int tag, int idx, std::string* value);
 
   // Insert a field of one value; false, and nothing changes, when tag and idx are taken.
 
+  /// A whole number, in decimal.
   bool InsertInteger(std::string header, int tag, int idx, int value);
   /// Sixteen significant digits, "%.16lg" in the C locale.
   bool InsertDouble(std::string header, int tag, int idx, const double& value);
+  /// The text as it is.
   bool InsertString(std::string header, int tag, int idx, const std::string& value);
 };
 

@@ -1,0 +1,1 @@
+// Holds nothing: the headers need a source to be compiled with.
