@@ -62,6 +62,8 @@ TKvDebugSink KvSetDebugSink(TKvDebugSink sink) {
   auto next = sink ? std::make_shared<TKvDebugSink>(std::move(sink)) : nullptr;
   Output& output = TheOutput();
   const std::lock_guard<std::recursive_mutex> lock(output.mutex);
+  // Copied first, as that may throw: then nothing has changed.
+  TKvDebugSink former = output.sink ? *output.sink : TKvDebugSink();
   output.sink.swap(next);
-  return next ? *next : TKvDebugSink();
+  return former;
 }

@@ -209,6 +209,7 @@ TKvFileStream::TKvFileStream() = default;
 
 TKvFileStream::TKvFileStream(const TKvPath& path, kvOpenMode mode, kvShareMode) {
   std::string reason;
+  // cppcheck-suppress useInitializationList ; the reason must be there before
   impl_ = Impl::Open(path, mode, reason);
   if (!impl_) throw TKvError(Shown(path.toSysStr()) + ": " + reason);
 }

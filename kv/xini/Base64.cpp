@@ -9,14 +9,16 @@ constexpr std::string_view kDigits =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr unsigned char kNoDigit = 64;
 
-constexpr std::array<unsigned char, 256> kValues = [] {
+constexpr std::array<unsigned char, 256> ValuesOfDigits() {
   std::array<unsigned char, 256> values{};
   values.fill(kNoDigit);
   for (std::size_t i = 0; i < kDigits.size(); ++i) {
     values[static_cast<unsigned char>(kDigits[i])] = static_cast<unsigned char>(i);
   }
   return values;
-}();
+}
+
+constexpr std::array<unsigned char, 256> kValues = ValuesOfDigits();
 
 bool IsSpace(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n';

@@ -1,8 +1,6 @@
 #include "xini/SectionItems.h"
 
 #include <algorithm>
-#include <cstring>
-#include <numeric>
 #include <tuple>
 
 #include "xini/XIniElement.h"
@@ -17,13 +15,15 @@ bool IsOddTag(const char* tag) {
   return tag[0] == kv::kOddTag[0] && tag[1] == '\0';
 }
 
-/// Whether a text that ends with a NUL is `name`. Names are short: a loop is quicker than a call.
-bool IsText(const char* text, std::string_view name) {
-  for (const char c : name) {
-    if (*text != c || c == '\0') return false;
-    ++text;
+/// Whether two texts that end with a NUL are the same. Most names are short and differ in their
+/// first byte: a loop is quicker than a call.
+bool AreSame(const char* a, const char* b) {
+  while (*a == *b) {
+    if (*a == '\0') return true;
+    ++a;
+    ++b;
   }
-  return *text == '\0';
+  return false;
 }
 
 }  // namespace
@@ -32,83 +32,106 @@ namespace kv {
 
 void SectionItems::Reset(pugi::xml_node section) {
   section_ = section;
-  isListed_ = false;
+  hasBegun_ = false;
   items_.clear();
   decodedNames_.clear();
   sorted_.clear();
 }
 
-// pugixml's nodes stand in lists, and each step is a call: no step is taken twice. What has a name
-// is an element: declarations, processing instructions and document types are not kept.
-void SectionItems::MakeList() const {
+unsigned long SectionItems::Size() const {
+  ListTo(kNone);
+  return items_.size();
+}
+
+void SectionItems::Begin() const {
   items_.clear();
   for (pugi::xml_attribute at = section_.first_attribute(); !IsNull(at); at = at.next_attribute()) {
     const Item item(at);
-    if (item.name[0] != '_') items_.push_back(item);
+    if (item.name_[0] != '_') items_.push_back(item);
   }
   firstElement_ = items_.size();
-  for (pugi::xml_node at = section_.first_child(); !IsNull(at); at = at.next_sibling()) {
-    const Item item(at);
-    if (item.name[0] != '\0') items_.push_back(item);
+  next_ = section_.first_child();
+  hasBegun_ = true;
+}
+
+bool SectionItems::ListTo(unsigned long i) const {
+  if (!hasBegun_) Begin();
+  while (i >= items_.size()) {
+    if (!ListMore()) return false;
   }
-  isListed_ = true;
+  return true;
 }
 
-void SectionItems::FindOutName(Item* item) const {
-  if (item->IsElement() && IsOddTag(item->name)) {
-    const char* const written = item->Element().attribute(kNameMark).value();
-    if (EncodedPartsOf(item->Element()).name) {
-      const std::string& decoded = decodedNames_.emplace_front(DecodedName(written));
-      item->name = decoded.data();
-      item->length = decoded.size();
-      return;
-    }
-    item->name = written;
+// pugixml's nodes stand in lists, and each step is a call to memory that is not at hand: no step is
+// taken twice, and each shortly before its node is wanted. What has a name is an element:
+// declarations, processing instructions and document types are not kept.
+bool SectionItems::ListMore() const {
+  constexpr std::size_t kAtOnce = 8;
+  const std::size_t before = items_.size();
+  while (!IsNull(next_) && items_.size() < before + kAtOnce) {
+    Item item(next_);
+    if (IsOddTag(item.name_)) item.nameKind_ = Item::kUnread;
+    if (item.name_[0] != '\0') items_.push_back(item);
+    next_ = next_.next_sibling();
   }
-  item->length = std::strlen(item->name);
+  return items_.size() > before;
 }
 
-std::string_view SectionItems::Name(Item* item) const {
-  if (item->length == kUnknown) FindOutName(item);
-  return {item->name, item->length};
+void SectionItems::LookUpName(Item* item) const {
+  const char* name = item->Element().attribute(kNameMark).value();
+  Item::NameKind kind = Item::kPlain;
+  if (EncodedPartsOf(item->Element()).name) {
+    const std::string& decoded = decodedNames_.emplace_front(DecodedName(name));
+    name = decoded.c_str();
+    item->length_ = decoded.size();
+    if (decoded.find('\0') != std::string::npos) kind = Item::kWithNul;
+  }
+  item->name_ = name;
+  item->nameKind_ = kind;
 }
 
-// The length of a plain name is not needed to see that it is another.
-bool SectionItems::HasName(Item* item, std::string_view name) const {
-  if (item->length == kUnknown && !IsOddTag(item->name)) return IsText(item->name, name);
-  return Name(item) == name;
+std::string_view SectionItems::NameAt(unsigned long i) const {
+  static_cast<void>(Has(i));
+  Item& item = items_[i];
+  if (item.nameKind_ == Item::kUnread) LookUpName(&item);
+  return {item.name_, item.nameKind_ == Item::kWithNul ? item.length_ : std::strlen(item.name_)};
 }
 
-unsigned long SectionItems::Find(std::string_view name, unsigned long start) const {
+unsigned long SectionItems::Find(const char* name, unsigned long start) const {
   constexpr unsigned long kNear = 16;
-  const unsigned long size = Size();
-  const unsigned long near = start < size ? start + std::min(kNear, size - start) : start;
-  for (unsigned long i = start; i < near; ++i) {
-    Item& item = items_[i];
-    // Most names differ in their first byte. That of an odd tag says nothing of its name.
-    const bool differs = !name.empty() && item.name[0] != name[0] && item.name[0] != kOddTag[0];
-    if (!differs && HasName(&item, name)) return i;
+  unsigned long i = start;
+  while (Has(i)) {
+    const unsigned long listed = std::min<unsigned long>(items_.size(), start + kNear);
+    for (; i < listed; ++i) {
+      Item& item = items_[i];
+      if (item.nameKind_ == Item::kUnread) LookUpName(&item);
+      if (AreSame(item.name_, name) && item.nameKind_ == Item::kPlain) return i;
+    }
+    if (i == start + kNear) return Has(i) ? FindSorted(name, i) : kNone;
   }
-  return near < size ? FindSorted(name, near) : kNone;
+  return kNone;
 }
 
-unsigned long SectionItems::FindElement(std::string_view name) const {
-  return List().empty() ? kNone : Find(name, firstElement_);
+unsigned long SectionItems::FindElement(const std::string& name) const {
+  if (!hasBegun_) Begin();
+  const bool hasNul = std::strlen(name.c_str()) != name.size();
+  return hasNul ? FindSorted(name, firstElement_) : Find(name.c_str(), firstElement_);
 }
 
 unsigned long SectionItems::FindSorted(std::string_view name, unsigned long start) const {
-  const auto key = [this](unsigned long i) { return std::tuple(NameAt(i), i); };
+  const auto key = [](const Place& place) { return std::tuple(place.name, place.item); };
   if (sorted_.empty()) {
-    std::vector<unsigned long> sorted(Size());
-    std::iota(sorted.begin(), sorted.end(), 0UL);
+    std::vector<Place> sorted;
+    sorted.reserve(Size());
+    while (sorted.size() < items_.size()) sorted.push_back({NameAt(sorted.size()), sorted.size()});
     std::sort(sorted.begin(), sorted.end(),
-              [&](unsigned long a, unsigned long b) { return key(a) < key(b); });
+              [&](const Place& a, const Place& b) { return key(a) < key(b); });
     sorted_ = std::move(sorted);
   }
   const auto found =
       std::lower_bound(sorted_.begin(), sorted_.end(), std::tuple(name, start),
-                       [&](unsigned long i, const auto& wanted) { return key(i) < wanted; });
-  return found != sorted_.end() && NameAt(*found) == name ? *found : kNone;
+                       [&](const Place& place, const auto& wanted) { return key(place) < wanted; });
+  return found != sorted_.end() && found->name == name ? found->item : kNone;
 }
 
 }  // namespace kv

@@ -3,6 +3,7 @@
 
 #include <bit>
 #include <cstddef>
+#include <cstring>
 #include <forward_list>
 #include <pugixml.hpp>
 #include <string>
@@ -18,31 +19,37 @@ bool IsNull(const Handle& handle) {
 }
 
 /// The items of one element, by position and by name. Refers to the document, which must outlive
-/// it. Lists them when first asked, in linear time; finding by name sorts the names when it first
+/// it. Lists them as far as it is asked, each once; finding by name sorts the names when it first
 /// has to go far.
 class SectionItems {
  public:
-  static constexpr std::size_t kUnknown = ~std::size_t{0};
-
   /// An element or an attribute.
   class Item {
    public:
     explicit Item(pugi::xml_node element)
-        : name(element.name()), node_(std::bit_cast<void*>(element)), isElement_(true) {}
+        : name_(element.name()), node_(std::bit_cast<void*>(element)), isElement_(true) {}
     explicit Item(pugi::xml_attribute attribute)
-        : name(attribute.name()), node_(std::bit_cast<void*>(attribute)), isElement_(false) {}
+        : name_(attribute.name()), node_(std::bit_cast<void*>(attribute)), isElement_(false) {}
 
     bool IsElement() const { return isElement_; }
     pugi::xml_node Element() const { return std::bit_cast<pugi::xml_node>(node_); }
     pugi::xml_attribute Attribute() const { return std::bit_cast<pugi::xml_attribute>(node_); }
 
-    const char* name;               ///< as it stands in the document until it is known
-    std::size_t length = kUnknown;  ///< of the name; kUnknown until somebody asks
-
    private:
+    friend class SectionItems;
+
+    enum NameKind : unsigned char {
+      kPlain,    ///< it ends with its first NUL
+      kWithNul,  ///< it holds NULs of its own
+      kUnread,   ///< it is not the tag and has not been looked up
+    };
+
+    const char* name_;
+    std::size_t length_ = 0;  ///< of a name that holds NULs
     // pugixml's handles are a pointer each. It makes an empty one with a call, and would with each
     // item.
     void* node_;
+    NameKind nameKind_ = kPlain;
     bool isElement_;
   };
 
@@ -51,31 +58,42 @@ class SectionItems {
   /// Turns to another section. Memory is kept, so that entering sections costs none.
   void Reset(pugi::xml_node section);
 
-  unsigned long Size() const { return List().size(); }
-  const Item& operator[](unsigned long i) const { return List()[i]; }
-  std::string_view NameAt(unsigned long i) const { return Name(&items_[i]); }
-  /// The first item of that name at `start` or behind it; all ones when there is none.
-  unsigned long Find(std::string_view name, unsigned long start) const;
+  /// Whether there is an item of that position.
+  bool Has(unsigned long i) const { return i < items_.size() || ListTo(i); }
+  /// The number of items; lists them all.
+  unsigned long Size() const;
+  /// An item that there is.
+  const Item& operator[](unsigned long i) const {
+    static_cast<void>(Has(i));
+    return items_[i];
+  }
+  /// The name of an item that there is.
+  std::string_view NameAt(unsigned long i) const;
+  /// The first item of that name, which ends with a NUL, at `start` or behind it; all ones when
+  /// there is none.
+  unsigned long Find(const char* name, unsigned long start) const;
   /// The same for items that are elements.
-  unsigned long FindElement(std::string_view name) const;
+  unsigned long FindElement(const std::string& name) const;
 
  private:
-  const std::vector<Item>& List() const {
-    if (!isListed_) MakeList();
-    return items_;
-  }
-  void MakeList() const;
-  bool HasName(Item* item, std::string_view name) const;
-  std::string_view Name(Item* item) const;
-  void FindOutName(Item* item) const;
+  void Begin() const;
+  bool ListTo(unsigned long i) const;
+  bool ListMore() const;
+  void LookUpName(Item* item) const;
   unsigned long FindSorted(std::string_view name, unsigned long start) const;
 
+  struct Place {
+    std::string_view name;
+    unsigned long item;
+  };
+
   pugi::xml_node section_;
-  mutable bool isListed_ = false;
+  mutable bool hasBegun_ = false;  ///< the attributes are listed
+  mutable pugi::xml_node next_;    ///< what follows the elements that are listed
   mutable std::vector<Item> items_;
   mutable unsigned long firstElement_ = 0;
   mutable std::forward_list<std::string> decodedNames_;
-  mutable std::vector<unsigned long> sorted_;
+  mutable std::vector<Place> sorted_;
 };
 
 }  // namespace kv

@@ -1,5 +1,6 @@
 #include <algorithm>
-#include <deque>
+#include <memory>
+#include <vector>
 
 #include "Kv/XIni.h"
 #include "xini/NumberText.h"
@@ -49,7 +50,7 @@ class TKvXIniReader::Impl {
     return OddNumber<T>(i, kind);
   }
 
-  unsigned long FindElement(std::string_view name) const { return Items().FindElement(name); }
+  unsigned long FindElement(const std::string& name) const { return Items().FindElement(name); }
 
   unsigned long Enter(unsigned long i) {
     const kv::SectionItems::Item& item = At(i);
@@ -60,11 +61,10 @@ class TKvXIniReader::Impl {
   }
 
   void Leave(unsigned long section) {
-    std::size_t depth = depth_ - 1;
-    if (sections_[depth].id != section) depth = DepthOf(section);
+    const std::size_t depth = current_->id == section ? depth_ - 1 : DepthOf(section);
     if (depth == 0) return;
     depth_ = depth;
-    current_ = &sections_[depth_ - 1];
+    current_ = sections_[depth_ - 1].get();
   }
 
  private:
@@ -72,10 +72,11 @@ class TKvXIniReader::Impl {
     unsigned long id;
     kv::SectionItems items;
   };
+  using SectionPointer = std::unique_ptr<Section>;
 
   void Push(unsigned long id, pugi::xml_node element) {
-    if (depth_ == sections_.size()) sections_.emplace_back();
-    current_ = &sections_[depth_++];
+    if (depth_ == sections_.size()) sections_.push_back(std::make_unique<Section>());
+    current_ = sections_[depth_++].get();
     current_->id = id;
     current_->items.Reset(element);
   }
@@ -85,13 +86,13 @@ class TKvXIniReader::Impl {
     const auto end = sections_.begin() + static_cast<std::ptrdiff_t>(depth_);
     const auto entered = std::lower_bound(
         sections_.begin() + 1, end, section,
-        [](const Section& candidate, unsigned long id) { return candidate.id < id; });
-    if (entered == end || entered->id != section) return 0;
+        [](const SectionPointer& candidate, unsigned long id) { return candidate->id < id; });
+    if (entered == end || (*entered)->id != section) return 0;
     return static_cast<std::size_t>(entered - sections_.begin());
   }
 
   const kv::SectionItems::Item& At(unsigned long i) const {
-    if (i < Items().Size()) return Items()[i];
+    if (Items().Has(i)) return Items()[i];
     throw TKvError("XML-ini: there is no item " + std::to_string(i) + " in the section");
   }
 
@@ -124,7 +125,7 @@ class TKvXIniReader::Impl {
   kv::XmlDocument document_;
   // Those entered are the first `depth_`, in the order of their identifiers; the root, which is not
   // entered and not left, is the first of all. The others wait to be used again.
-  std::deque<Section> sections_;
+  std::vector<SectionPointer> sections_;
   std::size_t depth_ = 0;
   Section* current_ = nullptr;
   unsigned long lastSection_ = 0;
@@ -140,7 +141,7 @@ unsigned long TKvXIniReader::FindF(const char* name, unsigned long start) const 
 }
 
 unsigned long TKvXIniReader::FindFE(const char* name, unsigned long start) const {
-  const unsigned long item = FindF(name, start);
+  const unsigned long item = name == nullptr ? kNone : impl_->Items().Find(name, start);
   if (item != kNone) return item;
   throw TKvError("XML-ini: there is no item " + Quoted(name == nullptr ? "" : name));
 }
@@ -163,7 +164,7 @@ double TKvXIniReader::ReadE<double>(unsigned long item) const {
 unsigned long TKvXIniReader::EnterSectionSE(const std::string& name) {
   const unsigned long item = impl_->FindElement(name);
   if (item == kNone) throw TKvError("XML-ini: there is no section " + Quoted(name));
-  return EnterItem(item);
+  return impl_->Enter(item);
 }
 
 unsigned long TKvXIniReader::EnterItem(unsigned long item) {
@@ -171,7 +172,7 @@ unsigned long TKvXIniReader::EnterItem(unsigned long item) {
 }
 
 bool TKvXIniReader::HasItem(unsigned long item) const {
-  return item < GetItemCount();
+  return impl_->Items().Has(item);
 }
 
 unsigned long TKvXIniReader::GetItemCount() const {

@@ -3,48 +3,19 @@
 #include <algorithm>
 
 #include "Kv/Stream.h"
-#include "text/Blocks.h"
 #include "xml/StreamBytes.h"
 #include "xml/XmlCharacters.h"
 #include "xml/XmlEncoding.h"
 #include "xml/XmlReferences.h"
+#include "xml/XmlSurvey.h"
 
 namespace {
+
+constexpr std::size_t kNone = std::string_view::npos;
 
 constexpr unsigned kFlags = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol |
                             pugi::parse_wconv_attribute | pugi::parse_doctype |
                             pugi::parse_fragment | pugi::parse_embed_pcdata;
-
-// White space that is the only text of an element can be told at its end tag, unless a comment, a
-// CDATA section or a processing instruction (other than the declaration at the front) may stand
-// beside it. Without branches inside a block, so that the compiler checks many bytes at once.
-bool HasTextPieces(std::string_view text) {
-  constexpr std::size_t kBlock = 4096;
-  for (std::size_t begin = 1; begin + 1 < text.size(); begin += kBlock) {
-    const std::size_t end = std::min(begin + kBlock, text.size() - 1);
-    unsigned char found = 0;
-    for (std::size_t i = begin; i < end; ++i) {
-      const unsigned isPiece = unsigned{text[i + 1] == '!'} | unsigned{text[i + 1] == '?'};
-      found |= static_cast<unsigned char>(unsigned{text[i] == '<'} & isPiece);
-    }
-    if (found != 0) return true;
-  }
-  return false;
-}
-
-// The first byte of a mark may be frequent; its first two in a row are not.
-bool Contains(std::string_view text, std::string_view mark) {
-  constexpr std::size_t kBlock = 16;
-  std::size_t i = 0;
-  for (; mark.size() > 1 && i + kBlock < text.size(); i += kBlock) {
-    const char* const at = text.data() + i;
-    const __m128i first = kv::Equal(kv::LoadBlock(at), mark[0]);
-    const __m128i second = kv::Equal(kv::LoadBlock(at + 1), mark[1]);
-    if (_mm_movemask_epi8(_mm_and_si128(first, second)) == 0) continue;
-    if (text.substr(i, kBlock - 1 + mark.size()).find(mark) != std::string_view::npos) return true;
-  }
-  return text.find(mark, i) != std::string_view::npos;
-}
 
 bool IsBlank(std::string_view text) {
   return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
@@ -82,19 +53,23 @@ void XmlDocument::Load(std::string_view bytes, WhiteSpace whiteSpace, std::strin
                        Check check) {
   std::string converted;
   text_ = XmlAsUtf8(bytes, &converted);
-  const std::size_t bad = FindNonXml(text_);
-  if (bad != std::string_view::npos) FailAt(bad, "not a character of XML in UTF-8");
-  Parse(whiteSpace);
+  const XmlSurvey survey = SurveyXml(text_, mark);
+  const std::size_t bad = survey.odd ? FindNonXml(text_) : kNone;
+  if (bad != kNone) FailAt(bad, "not a character of XML in UTF-8");
+  Parse(whiteSpace, survey);
   FindRoot();
-  hasMark_ = check != nullptr && Contains(text_, mark);
+  hasMark_ = check != nullptr && survey.mark && text_.find(mark) != kNone;
   if (hasMark_) CheckAll(check);
   text_ = {};
 }
 
-void XmlDocument::Parse(WhiteSpace whiteSpace) {
-  const std::size_t unknown = FindUnknownReference(text_);
-  if (unknown != std::string_view::npos) FailAt(unknown, "unknown entity or character reference");
-  const bool keepAll = whiteSpace == WhiteSpace::kAll || HasTextPieces(text_);
+// White space that is the only text of an element can be told at its end tag, unless a comment, a
+// CDATA section or a processing instruction (other than the declaration at the front) may stand
+// beside it.
+void XmlDocument::Parse(WhiteSpace whiteSpace, const XmlSurvey& survey) {
+  const std::size_t unknown = survey.reference ? FindUnknownReference(text_) : kNone;
+  if (unknown != kNone) FailAt(unknown, "unknown entity or character reference");
+  const bool keepAll = whiteSpace == WhiteSpace::kAll || survey.piece;
   const unsigned spaces = keepAll ? pugi::parse_ws_pcdata : pugi::parse_ws_pcdata_single;
   const pugi::xml_parse_result result =
       document_.load_buffer(text_.data(), text_.size(), kFlags | spaces, pugi::encoding_utf8);

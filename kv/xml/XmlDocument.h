@@ -10,6 +10,8 @@ class TKvStream;
 
 namespace kv {
 
+struct XmlSurvey;
+
 enum class WhiteSpace {
   kInLeaves,  ///< kept where an element has no child elements; may be dropped elsewhere
   kAll,       ///< kept wherever an element holds it
@@ -43,7 +45,7 @@ class XmlDocument {
   [[noreturn]] void Fail(pugi::xml_node element, const std::string& reason) const;
 
  private:
-  void Parse(WhiteSpace whiteSpace);
+  void Parse(WhiteSpace whiteSpace, const XmlSurvey& survey);
   void FindRoot();
   void CheckAll(Check check) const;
   [[noreturn]] void FailAt(std::size_t offset, const std::string& reason) const;

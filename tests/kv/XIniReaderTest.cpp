@@ -96,6 +96,31 @@ TEST(XIniReader, FindsItemsAsANaiveSearchDoes) {
   }
 }
 
+TEST(XIniReader, FindsAnItemWhicheverPositionsWereAskedForBefore) {
+  for (const unsigned long count : {0UL, 1UL, 7UL, 8UL, 9UL, 15UL, 16UL, 17UL, 40UL}) {
+    std::string text = "<r first=''>";
+    for (unsigned long i = 1; i <= count; ++i) text += "<n" + std::to_string(i) + "/>";
+    for (unsigned long asked = 0; asked <= count + 2; ++asked) {
+      TKvXIniReader reader(MakeStream(text + "</r>"));
+      ASSERT_EQ(reader.HasItem(asked), asked <= count);
+      ASSERT_EQ(reader.FindF("first", 0), 0U);
+      ASSERT_EQ(reader.FindF("n0", 0), kNone);
+      for (unsigned long i = 1; i <= count; ++i) {
+        ASSERT_EQ(reader.FindF(("n" + std::to_string(i)).c_str(), i % 3 == 0 ? i : 0), i);
+        ASSERT_EQ(reader.FindF(("n" + std::to_string(i)).c_str(), i + 1), kNone);
+      }
+      ASSERT_EQ(reader.GetItemCount(), count + 1);
+    }
+  }
+}
+
+TEST(XIniReader, FindsNoItemFromTheLastPositions) {
+  TKvXIniReader reader(MakeStream("<r><a/></r>"));
+  EXPECT_EQ(reader.FindF("a", kNone), kNone);
+  EXPECT_EQ(reader.FindF("a", kNone - 1), kNone);
+  EXPECT_EQ(reader.FindF("a", kNone - 20), kNone);
+}
+
 TEST(XIniReader, ThrowsWhenANameThatMustBeThereIsNot) {
   TKvXIniReader reader(MakeStream("<r><a/></r>"));
   EXPECT_EQ(reader.FindFE("a", 0), 0U);
@@ -219,6 +244,17 @@ TEST(XIniReader, ReadsBase64NamesAndValues) {
 TEST(XIniReader, EntersASectionWhoseNameHoldsAZeroByte) {
   TKvXIniReader reader(MakeStream("<r><_ _name='YQBi' _enc='name'><x/></_></r>"));
   EXPECT_EQ(reader.FindF("a", 0), kNone);
+  reader.EnterSectionSE(std::string("a\0b", 3));
+  EXPECT_EQ(reader.FindF("x", 0), 0U);
+}
+
+TEST(XIniReader, FindsAmongManyASectionWhoseNameHoldsAZeroByte) {
+  std::string text = "<r>";
+  for (int i = 0; i < 20; ++i) text += "<_ _name='YQ==' _enc='name'/>";
+  TKvXIniReader reader(MakeStream(text + "<_ _name='YQBi' _enc='name'><x/></_></r>"));
+  EXPECT_EQ(reader.FindF("a", 0), 0U);
+  EXPECT_EQ(reader.FindF("a", 19), 19U);
+  EXPECT_EQ(reader.FindF("a", 20), kNone);
   reader.EnterSectionSE(std::string("a\0b", 3));
   EXPECT_EQ(reader.FindF("x", 0), 0U);
 }
@@ -463,6 +499,31 @@ TEST(XIniReader, ReadsTheStreamFromItsBeginning) {
   const StreamPointer stream = MakeStream("<r a='1'/>");
   stream->SetPos(5);
   EXPECT_EQ(TKvXIniReader(stream).ReadE<int>(0), 1);
+}
+
+TEST(XIniReader, LeavesAMemoryStreamAtItsEnd) {
+  const std::string text = "<r a='1'/>";
+  const StreamPointer stream = MakeStream(text);
+  EXPECT_EQ(TKvXIniReader(stream).ReadE<int>(0), 1);
+  EXPECT_EQ(stream->GetPos(), text.size());
+  EXPECT_TRUE(stream->Eof());
+}
+
+/// A memory stream whose reads give other bytes than it holds.
+class TwistedStream : public TKvMemoryStream {
+ public:
+  using TKvMemoryStream::TKvMemoryStream;
+  unsigned long Read(void* buffer, unsigned long count) override {
+    const unsigned long got = TKvMemoryStream::Read(buffer, count);
+    char* const bytes = static_cast<char*>(buffer);
+    std::replace(bytes, bytes + got, '1', '2');
+    return got;
+  }
+};
+
+TEST(XIniReader, ReadsTheBytesThatADerivedStreamGives) {
+  const StreamPointer stream(new TwistedStream("<r a='1'/>"));
+  EXPECT_EQ(TKvXIniReader(stream).ReadE<int>(0), 2);
 }
 
 /// A stream that gives its bytes in small pieces, cannot be positioned, and states any size.

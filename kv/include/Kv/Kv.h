@@ -1,4 +1,5 @@
-// Everything that libKv offers.
+/// @file
+/// Everything that libKv offers.
 #pragma once
 
 #include "Kv/Path.h"

@@ -1,4 +1,5 @@
-// File paths as byte strings.
+/// @file
+/// File paths as byte strings.
 #pragma once
 
 #include <string>
@@ -14,7 +15,9 @@
 /// it. Copies are independent; different objects may be used on different threads.
 class KV_EXPORT TKvPath {
  public:
+  /// The empty path.
   TKvPath();
+  /// A path of these bytes, whatever they are.
   TKvPath(const std::string& path);
 
   /// The folder part up to and including the last '/', empty when there is none. With `absolute`,

@@ -1,4 +1,5 @@
-// Progress reporting: the host's handler and the scopes that drive it.
+/// @file
+/// Progress reporting: the host's handler and the scopes that drive it.
 #pragma once
 
 #include "Kv/Export.h"
@@ -11,8 +12,11 @@ class KV_EXPORT TKvProgressHandler {
   virtual bool NeedsService() = 0;
   /// Gives it.
   virtual void Service() = 0;
+  /// Work begins; `indefinite`: how much there is is not known. Nothing here.
   virtual void Start(bool indefinite);
+  /// `done` steps of it are done. Nothing here.
   virtual void Step(unsigned long done);
+  /// It has ended. Nothing here.
   virtual void Stop();
 };
 
@@ -27,6 +31,7 @@ class KV_EXPORT TKvProgress {
   TKvProgress& operator=(const TKvProgress&) = delete;
   ~TKvProgress();
 
+  /// The tag that it was made with.
   bool Tag() const { return tag_; }
   /// Calls the handler's Start(true). When that throws, the scope does not run on its account.
   void StartIndefinite();
@@ -43,11 +48,13 @@ class KV_EXPORT TKvProgress {
 /// Stop() when destroyed. Ownership and null handler as for TKvProgress.
 class KV_EXPORT TKvStepProgress {
  public:
+  /// Calls the handler's Start(true).
   explicit TKvStepProgress(TKvProgressHandler* handler);
   TKvStepProgress(const TKvStepProgress&) = delete;
   TKvStepProgress& operator=(const TKvStepProgress&) = delete;
   ~TKvStepProgress();
 
+  /// One more step is done.
   void Next();
 
  private:

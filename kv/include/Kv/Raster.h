@@ -1,7 +1,8 @@
-// Rasters: requests, channel descriptions, the abstract base classes and an in-memory raster.
-//
-// Pixel coordinates are those of full resolution, x from the left, y from the bottom. Output
-// buffers hold rows from the bottom, channels interleaved within a pixel; strides are in bytes.
+/// @file
+/// Rasters: requests, channel descriptions, the abstract base classes and an in-memory raster.
+///
+/// Pixel coordinates are those of full resolution, x from the left, y from the bottom. Output
+/// buffers hold rows from the bottom, channels interleaved within a pixel; strides are in bytes.
 #pragma once
 
 #include <string>
@@ -17,33 +18,43 @@ class TKvProgressHandler;
 /// raster or below it. A negative, infinite or NaN size, an infinite or NaN position, and a scale
 /// that is not a positive finite number make an empty request, {0, 0, 0, 0} of level 0.
 struct TKvDibRect {
-  vec_t_<double, 2> pos;
-  vec_t_<double, 2> size;
-  double scale;
+  vec_t_<double, 2> pos;   ///< the lower left corner, {x, y}
+  vec_t_<double, 2> size;  ///< {width, height}
+  double scale;            ///< full-resolution pixels to one asked for
 };
 
 /// A rectangle of the pixels of one level; level L halves full resolution L times.
 struct TKvDibRectI {
-  long x, y, w, h;
+  long x;  ///< first column, from the left
+  long y;  ///< first row, from the bottom
+  long w;  ///< columns
+  long h;  ///< rows
 };
 
 /// The caller's pixels: the first byte, and the bytes from a row to the next one up.
 struct TKvDibDataOutBuffer {
-  unsigned char* data;
-  long stride;
+  unsigned char* data;  ///< the lower left pixel's first byte; the caller's
+  long stride;          ///< bytes from a row to the next one up
 };
 
-enum TInterpolationQuality : int { iqNearest = 0, iqBilinear = 1 };
+/// How a host wants pixels between samples; handed on to the raster that is asked.
+enum TInterpolationQuality : int {
+  iqNearest = 0,   ///< the nearest sample
+  iqBilinear = 1,  ///< the weighted mean of the four around it
+};
 
 /// Results of GetRect. Bit 2: no failure; bit 1: pixels were written.
-enum TKvDibResult : int { kvDibNothing = 2, kvDibWritten = 3 };
+enum TKvDibResult : int {
+  kvDibNothing = 2,  ///< no failure, and no pixel was written
+  kvDibWritten = 3,  ///< pixels were written
+};
 
 /// What the samples of a pixel are: a sample-type code, bytes per sample, and one kind code per
 /// channel in channel order.
 struct TKvDibChannels {
-  int sampleType;
-  unsigned long sampleSize;
-  std::vector<int> kinds;
+  int sampleType;            ///< the host's code of the type of the samples
+  unsigned long sampleSize;  ///< bytes per sample
+  std::vector<int> kinds;    ///< a kind code per channel, in channel order
 };
 
 /// 1 "Gray", 3 "Blue", 4 "Green", 6 "Red", 32 "Other", else "Kind N".
@@ -59,6 +70,7 @@ class KV_EXPORT TKvDibData {
   virtual TKvDibRect Bounds() const = 0;
   /// Bounds() with the scale of `rect` in place of its own.
   virtual TKvDibRect BoundsEx(const TKvDibRect& rect) const;
+  /// What the samples of a pixel are; the raster owns the description.
   virtual const TKvDibChannels& Channels() const = 0;
   /// The largest L with 2^L not above the scale, 0 for a scale below 1; never cut to the levels
   /// that the raster has. `*exact` (may be null) tells whether the scale is 2^L; it is false where

@@ -1,4 +1,5 @@
-// The framework's shared services and the debug sink.
+/// @file
+/// The framework's shared services and the debug sink.
 #pragma once
 
 #include <functional>
@@ -23,6 +24,7 @@ KV_EXPORT void Deinit_KvServices();
 /// Whether the services are up.
 KV_EXPORT bool KvServicesReady();
 
+/// What gets the lines of debug output, without their line ends.
 using TKvDebugSink = std::function<void(const std::string&)>;
 
 /// Prints one line to the debug sink, by default to standard error with a line end. Safe from

@@ -1,4 +1,5 @@
-// Byte streams: the abstract stream, files and memory.
+/// @file
+/// Byte streams: the abstract stream, files and memory.
 #pragma once
 
 #include <memory>
@@ -8,10 +9,12 @@
 #include "Kv/Export.h"
 #include "Kv/Path.h"
 
+/// How a file is opened.
 enum kvOpenMode : int {
   kvOpenWrite = 9,  ///< create, or empty what is there; write
   kvOpenRead = 10,  ///< read
 };
+/// What others may do with the file meanwhile.
 enum kvShareMode : unsigned int {
   kvShareAll = 0xFFFFFFFFu,  ///< no restriction
 };
@@ -36,7 +39,9 @@ class KV_EXPORT TKvStream {
   virtual unsigned long Write(const void* buffer, unsigned long count) = 0;
   /// Moves to an absolute offset.
   virtual bool SetPos(unsigned long offset) = 0;
+  /// The position, from 0.
   virtual unsigned long GetPos() const = 0;
+  /// The bytes that the stream holds, wherever it stands.
   virtual unsigned long getSize() const = 0;
   /// At or past the end, or a read has failed: a loop over Eof ends.
   virtual bool Eof() const = 0;
@@ -86,6 +91,7 @@ class KV_EXPORT TKvFileStream : public TKvStream {
   /// Closes what is open, then opens `path`. False when it cannot: a folder, a missing path, no
   /// permission, a NUL byte in the path, an unknown mode.
   bool Open(const TKvPath& path, kvOpenMode mode, kvShareMode share);
+  /// Closes the file; nothing when none is open.
   void Close();
 
   bool IsOpen() const override;
@@ -109,11 +115,13 @@ class KV_EXPORT TKvFileStream : public TKvStream {
 /// and changes nothing.
 class KV_EXPORT TKvMemoryStream : public TKvStream {
  public:
+  /// Holds nothing.
   TKvMemoryStream();
   /// Starts with `bytes`, positioned at their beginning.
   explicit TKvMemoryStream(std::string bytes);
   ~TKvMemoryStream() override;
 
+  /// What it holds, whatever the position; valid until the next write.
   const std::string& Bytes() const;
 
   bool IsOpen() const override;

@@ -1,4 +1,5 @@
-// Text helpers on byte strings, independent of the locale.
+/// @file
+/// Text helpers on byte strings, independent of the locale.
 #pragma once
 
 #include <string>
@@ -14,9 +15,10 @@ KV_EXPORT std::string tolower(const std::string& text);
 /// ASCII letters folded to upper case; every other byte, and the length, unchanged.
 KV_EXPORT std::string toupper(const std::string& text);
 
+/// What KvAnsiToChar is to give.
 enum TKvCharEncoding {
-  kvEncodingAnsi = 0,
-  kvEncodingUtf8 = 1,
+  kvEncodingAnsi = 0,  ///< the bytes as they are
+  kvEncodingUtf8 = 1,  ///< UTF-8
 };
 
 /// To UTF-8: text that already is valid UTF-8 is returned as it is; otherwise every byte from 0x80

@@ -1,4 +1,5 @@
-// Affine transforms of the plane.
+/// @file
+/// Affine transforms of the plane.
 #pragma once
 
 #include "Kv/Export.h"
@@ -13,6 +14,7 @@ class KV_EXPORT TKv2DTransform {
  public:
   /// The identity.
   TKv2DTransform();
+  /// The transform of these coefficients, whatever they are.
   TKv2DTransform(double a, double b, double c, double d, double e, double f);
 
   /// {a, b, c, d, e, f}.

@@ -1,10 +1,12 @@
-// Shared references: reference-counted pointers and arrays.
+/// @file
+/// Shared references: reference-counted pointers and arrays.
 #pragma once
 
 #include <cstddef>
 #include <memory>
 #include <type_traits>
 
+/// The shared references that hosts and modules hand each other.
 namespace var_a_legacy {
 
 template <class P>
@@ -23,7 +25,9 @@ class var_a;
 template <class T>
 class var_a<T*> {
  public:
+  /// Empty.
   var_a() noexcept = default;
+  /// Empty.
   var_a(std::nullptr_t) noexcept {}
   /// Takes ownership of `owned` (null gives an empty reference). When the count cannot be
   /// allocated, deletes `owned` and throws std::bad_alloc.
@@ -32,9 +36,13 @@ class var_a<T*> {
   template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
   var_a(const var_a<U*>& other) noexcept : object_(other.object_) {}
 
+  /// The object; null when empty.
   T* get() const noexcept { return object_.get(); }
+  /// The object; the reference must not be empty.
   T* operator->() const noexcept { return object_.get(); }
+  /// The object; the reference must not be empty.
   T& operator*() const noexcept { return *object_; }
+  /// Whether there is an object.
   explicit operator bool() const noexcept { return object_ != nullptr; }
   /// Drops the reference; empty afterwards.
   void reset() noexcept { object_.reset(); }
@@ -52,26 +60,32 @@ class var_a<T*> {
   std::shared_ptr<T> object_;
 };
 
+/// Whether both refer to one object, or both are empty.
 template <class T, class U>
 bool operator==(const var_a<T*>& a, const var_a<U*>& b) noexcept {
   return a.get() == b.get();
 }
+/// Whether they do not.
 template <class T, class U>
 bool operator!=(const var_a<T*>& a, const var_a<U*>& b) noexcept {
   return a.get() != b.get();
 }
+/// Whether the reference is empty.
 template <class T>
 bool operator==(const var_a<T*>& a, std::nullptr_t) noexcept {
   return !a;
 }
+/// Whether the reference is empty.
 template <class T>
 bool operator==(std::nullptr_t, const var_a<T*>& a) noexcept {
   return !a;
 }
+/// Whether there is an object.
 template <class T>
 bool operator!=(const var_a<T*>& a, std::nullptr_t) noexcept {
   return static_cast<bool>(a);
 }
+/// Whether there is an object.
 template <class T>
 bool operator!=(std::nullptr_t, const var_a<T*>& a) noexcept {
   return static_cast<bool>(a);
@@ -84,12 +98,17 @@ bool operator!=(std::nullptr_t, const var_a<T*>& a) noexcept {
 template <class T>
 class newarray_a {
  public:
+  /// No elements.
   newarray_a() noexcept = default;
+  /// `count` elements.
   explicit newarray_a(unsigned long count)
       : elements_(std::make_unique<T[]>(count)), size_(count) {}
 
+  /// The element at `i`, from 0.
   T& operator[](unsigned long i) const { return elements_[static_cast<std::ptrdiff_t>(i)]; }
+  /// The first element; null when there are none.
   T* get() const noexcept { return elements_.get(); }
+  /// The number of elements.
   unsigned long size() const noexcept { return size_; }
 
  private:

@@ -1,21 +1,22 @@
-// XML-ini documents: a tree of sections that hold named items, written and read as XML.
-//
-// Names may be any bytes, and so may values; what is written is read back exactly, byte for byte.
-//
-//     <?xml version="1.0" encoding="UTF-8"?>
-//     <xini>
-//         <scene id="7">                       section "scene", its item "id" as an attribute
-//             <sun>41.5</sun>                  item "sun"
-//             <_ _name="row time">12</_>       item "row time": not a name in XML
-//             <_>x</_>                         unnamed item
-//             <key _enc="value">AAE=</key>     item "key" of the bytes 0 and 1, in base64
-//         </scene>
-//     </xini>
-//
-// The XML is UTF-8, indented with tabs, with LF line ends. A name with a colon counts as one that
-// XML cannot carry, because namespaces would give the colon a meaning of its own. Where a name or a
-// value has bytes that XML cannot carry (control characters, what is not UTF-8), it is written as
-// base64, and `_enc` says which: "name", "value" or "name value".
+/// @file
+/// XML-ini documents: a tree of sections that hold named items, written and read as XML.
+///
+/// Names may be any bytes, and so may values; what is written is read back exactly, byte for byte.
+///
+///     <?xml version="1.0" encoding="UTF-8"?>
+///     <xini>
+///         <scene id="7">                       section "scene", its item "id" as an attribute
+///             <sun>41.5</sun>                  item "sun"
+///             <_ _name="row time">12</_>       item "row time": not a name in XML
+///             <_>x</_>                         unnamed item
+///             <key _enc="value">AAE=</key>     item "key" of the bytes 0 and 1, in base64
+///         </scene>
+///     </xini>
+///
+/// The XML is UTF-8, indented with tabs, with LF line ends. A name with a colon counts as one that
+/// XML cannot carry, because namespaces would give the colon a meaning of its own. Where a name or
+/// a value has bytes that XML cannot carry (control characters, what is not UTF-8), it is written
+/// as base64, and `_enc` says which: "name", "value" or "name value".
 #pragma once
 
 #include <memory>
@@ -72,11 +73,14 @@ class KV_EXPORT TKvXIniWriter {
   unsigned long OpenSectionE(const std::string& name, bool compact);
 };
 
+/// Writes a text.
 template <>
 KV_EXPORT bool TKvXIniWriter::WriteS<std::string>(const std::string& name,
                                                   const std::string& value);
+/// Writes a whole number.
 template <>
 KV_EXPORT bool TKvXIniWriter::WriteS<int>(const std::string& name, const int& value);
+/// Writes a number.
 template <>
 KV_EXPORT bool TKvXIniWriter::WriteS<double>(const std::string& name, const double& value);
 
@@ -95,6 +99,7 @@ KV_EXPORT bool TKvXIniWriter::WriteS<double>(const std::string& name, const doub
 /// and nothing more is given to it.
 class KV_EXPORT TKvXIniStreamWriter : public TKvXIniWriter {
  public:
+  /// What stands around the sections.
   enum THeaderType {
     htDocument = 0,  ///< a declaration and the root element "xini"
     htFragment = 1,  ///< neither
@@ -167,6 +172,7 @@ class KV_EXPORT TKvXIniReader {
   virtual unsigned long EnterItem(unsigned long item);
   /// Whether the current section has an item at that position.
   virtual bool HasItem(unsigned long item) const;
+  /// The number of items of the current section.
   virtual unsigned long GetItemCount() const;
   /// Returns to the section that was current before that one was entered, from any depth within
   /// it. Nothing when `section` is not entered at present.
@@ -177,9 +183,12 @@ class KV_EXPORT TKvXIniReader {
   std::unique_ptr<Impl> impl_;
 };
 
+/// The text of an item.
 template <>
 KV_EXPORT std::string TKvXIniReader::ReadE<std::string>(unsigned long item) const;
+/// An item as a whole number.
 template <>
 KV_EXPORT int TKvXIniReader::ReadE<int>(unsigned long item) const;
+/// An item as a number.
 template <>
 KV_EXPORT double TKvXIniReader::ReadE<double>(unsigned long item) const;
