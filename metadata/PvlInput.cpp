@@ -30,17 +30,42 @@ TPvlInput ReadLines(TKvStream& in, std::string_view lineEnd) {
   return input;
 }
 
+/// The bytes at the begin of `bytes` that are lines which fit the buffer, all that lie in its size.
+std::size_t WholeLines(std::string_view bytes) {
+  return bytes.substr(0, kLine).rfind('\n') + 1;
+}
+
+/// The first line, or what of it fits the buffer.
+std::string_view FirstLine(std::string_view bytes, bool* ended) {
+  const std::size_t lf = bytes.substr(0, kLine).find('\n');
+  *ended = lf != std::string_view::npos;
+  return bytes.substr(0, *ended ? lf : kLine - 1);
+}
+
 /// What ReadLines gives for a stream of these bytes.
 TPvlInput SplitLines(std::string_view bytes, std::string_view lineEnd) {
   TPvlInput input;
   // Enough for lines of 16 bytes; for shorter ones the text grows.
   input.text.reserve(bytes.size() + bytes.size() / 8 + TPvlText::kPadding);
-  for (unsigned long lines = 0; !bytes.empty(); ++lines) {
-    const std::size_t lf = bytes.substr(0, kLine).find('\n');
-    const bool ended = lf != std::string_view::npos;
-    const std::string_view line = bytes.substr(0, ended ? lf : kLine - 1);
-    input.text.append(line.substr(0, line.find('\0'))).append(lineEnd);
-    if (!ended && line.size() == kLine - 1) input.unfinished.push_back(lines);
+  const bool hasNul = bytes.find('\0') != std::string_view::npos;
+  const bool staysAsItIs = !hasNul && lineEnd == "\n";
+  unsigned long lines = 0;  // of the text up to `counted`
+  std::size_t counted = 0;
+  while (!bytes.empty()) {
+    if (const std::size_t whole = staysAsItIs ? WholeLines(bytes) : 0; whole > 0) {
+      input.text.append(bytes.substr(0, whole));
+      bytes.remove_prefix(whole);
+      continue;
+    }
+    bool ended;
+    const std::string_view line = FirstLine(bytes, &ended);
+    if (!ended && line.size() == kLine - 1) {
+      const auto begin = input.text.begin() + static_cast<std::ptrdiff_t>(counted);
+      lines += static_cast<unsigned long>(std::count(begin, input.text.end(), '\n'));
+      counted = input.text.size();
+      input.unfinished.push_back(lines);
+    }
+    input.text.append(hasNul ? line.substr(0, line.find('\0')) : line).append(lineEnd);
     bytes.remove_prefix(line.size() + (ended ? 1 : 0));
   }
   return input;

@@ -1,5 +1,6 @@
 #include "metadata/PvlScanner.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "Kv/Text.h"
@@ -7,24 +8,31 @@
 namespace SatCommonUtils {
 namespace {
 
-/// Reads a name and the blanks around it. Returns the position of the '=' behind it, which is the
-/// first from `start` on; npos when there is none or something else stands before it.
-std::size_t ScanName(TPvlText& text, std::size_t start, std::string* name) {
-  const std::size_t first = text.SkipTrimmed(start, TPvlText::sdBefore);
-  const std::size_t last = text.SkipName(first);
-  const std::size_t equals = text.SkipTrimmed(last, TPvlText::sdBehind);
-  if (equals == start || equals == text.Size() || text[equals] != '=') return std::string::npos;
-  name->assign(text.Data() + first, last - first);
-  return equals;
+/// A name and where the '=' behind it stands.
+struct TNameAt {
+  std::size_t begin;
+  std::size_t end;
+  std::size_t equals;
+};
+
+/// Finds a name with the blanks around it. False when no '=' stands behind it, or one where the
+/// search starts.
+bool FindName(TPvlText& text, std::size_t start, TNameAt* name) {
+  name->begin = text.SkipTrimmed(start, TPvlText::sdBefore);
+  name->end = text.SkipName(name->begin);
+  name->equals = text.SkipTrimmed(name->end, TPvlText::sdBehind);
+  return name->equals != start && name->equals != text.Size() && text[name->equals] == '=';
 }
 
-/// Takes a value apart from `pos` on; returns the position behind its ';', npos when none ends it.
-std::size_t ScanValue(const TPvlText& text, std::size_t pos, std::string* value) {
+/// Takes a value apart from `pos` on; returns the position behind its ';', npos when none ends it
+/// before `limit`.
+std::size_t ScanValue(const TPvlText& text, std::size_t pos, std::size_t limit,
+                      std::string* value) {
   value->clear();
   bool quoted = false;
   char previous = '=';
   TPvlSpecials specials(text.Data(), text.Size());
-  while (pos < text.Size()) {
+  while (pos < limit) {
     const std::size_t plain = pos;
     pos = specials.Find(pos);
     if (pos > plain) {
@@ -51,12 +59,18 @@ std::size_t ScanValue(const TPvlText& text, std::size_t pos, std::string* value)
 bool variable_detected(TPvlText& text, std::size_t* pos, std::string* name, std::string* value) {
   const std::size_t start = text.SkipWhite(*pos);
   *pos = start;
-  const std::size_t equals = ScanName(text, start, name);
-  if (equals == std::string::npos || !text.MayEnd(equals + 1)) return false;
-  const std::size_t end = ScanValue(text, equals + 1, value);
+  TNameAt found;
+  if (!FindName(text, start, &found)) return false;
+  if (!text.MayEnd(found.equals + 1)) return false;
+  name->assign(text.Data() + found.begin, found.end - found.begin);
+  // Of a value that goes on and on it is first asked whether it ends at all.
+  constexpr std::size_t kUsual = 4096;
+  const std::size_t begin = found.equals + 1;
+  std::size_t end = ScanValue(text, begin, std::min(text.Size(), begin + kUsual), value);
   if (end == std::string::npos) {
     text.LookForEnds();
-    return false;
+    if (!text.MayEnd(begin)) return false;
+    end = ScanValue(text, begin, text.Size(), value);
   }
   *pos = end;
   return true;

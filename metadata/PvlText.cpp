@@ -10,18 +10,9 @@ TPvlText::TPvlText(std::string text) : text_(std::move(text)), size_(text_.size(
 
 std::size_t TPvlText::EndOfTrimmed(std::size_t pos, TSide side) {
   TRun& run = trimmed_[side];
-  if (pos < run.begin || pos >= run.end) {
-    run = {pos, pos};
-    while (run.end < Size() && IsTrimmed(text_[run.end])) ++run.end;
-  }
+  run = {pos, pos};
+  while (run.end < Size() && IsTrimmed(text_[run.end])) ++run.end;
   return run.end;
-}
-
-bool TPvlText::EndFollows(std::size_t pos) {
-  for (; quotes_ < pos; ++quotes_) {
-    if (TogglesQuotes(quotes_)) odd_ = !odd_;
-  }
-  return pos < afterLast_[odd_ ? 1 : 0];
 }
 
 // Whether a quote toggles does not depend on where a value starts. So for all values that start

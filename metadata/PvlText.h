@@ -44,17 +44,23 @@ class TPvlText {
   /// says on which side of a name the blanks stand, because both runs may be asked for by turns.
   enum TSide { sdBefore = 0, sdBehind = 1 };
   std::size_t SkipTrimmed(std::size_t pos, TSide side) {
-    return pos < Size() && IsTrimmed(text_[pos]) ? EndOfTrimmed(pos, side) : pos;
+    if (pos >= Size() || !IsTrimmed(text_[pos])) return pos;
+    const TRun& run = trimmed_[side];
+    return pos >= run.begin && pos < run.end ? run.end : EndOfTrimmed(pos, side);
   }
   /// Whether a ';' outside quotes may follow for a value that starts, outside quotes, at `pos`.
-  /// Always true until a value has been found not to end; exact from then on.
+  /// Always true until LookForEnds has been called; exact from then on.
   bool MayEnd(std::size_t pos) { return !endsKnown_ || EndFollows(pos); }
-  /// To be called when a value has run to the end of the text: looks once for where values can end.
+  /// To be called when a value has run far or to the end of the text: looks once for where values
+  /// can end.
   void LookForEnds();
 
  private:
   std::size_t EndOfTrimmed(std::size_t pos, TSide side);
-  bool EndFollows(std::size_t pos);
+  bool EndFollows(std::size_t pos) {
+    for (; quotes_ < pos; ++quotes_) odd_ ^= TogglesQuotes(quotes_);
+    return pos < afterLast_[odd_ ? 1 : 0];
+  }
   bool TogglesQuotes(std::size_t pos) const {
     return text_[pos] == '"' && (pos == 0 || text_[pos - 1] != '\\');
   }

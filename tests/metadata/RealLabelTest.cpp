@@ -1,31 +1,24 @@
 // Converts the labels of real products, where they are at hand.
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <set>
 #include <sstream>
 
 #include "Kv/XmlItem.h"
 #include "metadata/PvlTest.h"
+#include "support/RealData.h"
 
 namespace metadata_test {
 namespace {
 
 namespace fs = std::filesystem;
+using ravelin_test::BytesOfFile;
 
 fs::path DataFolder() {
-  const char* named = std::getenv("RAVELIN_TEST_DATA");
-  return named != nullptr ? named : RAVELIN_TEST_DATA_DIR;
-}
-
-std::string Bytes(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  EXPECT_TRUE(file) << path;
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  return ravelin_test::DataFolder();
 }
 
 std::vector<fs::path> FilesIn(const fs::path& folder) {
@@ -133,7 +126,7 @@ class RealLabel : public ::testing::Test {
 TEST_F(RealLabel, IsConvertedAsTheModelDoes) {
   for (const Dialect dialect : {Dialect::kGeneral, Dialect::kNasa}) {
     for (const fs::path& path : FilesIn(Folder(dialect))) {
-      const std::string text = Bytes(path);
+      const std::string text = BytesOfFile(path);
       EXPECT_EQ(ConvertText(dialect, text), ExpectedOutcome(dialect, text)) << path;
     }
   }
@@ -141,7 +134,7 @@ TEST_F(RealLabel, IsConvertedAsTheModelDoes) {
 
 TEST_F(RealLabel, IsConvertedByTheOtherDialectAsTheModelDoes) {
   for (const fs::path& path : FilesIn(DataFolder() / "pvl")) {
-    const std::string text = Bytes(path);
+    const std::string text = BytesOfFile(path);
     for (const Dialect dialect : {Dialect::kGeneral, Dialect::kNasa}) {
       EXPECT_EQ(ConvertText(dialect, text), ExpectedOutcome(dialect, text)) << path;
     }
@@ -152,7 +145,7 @@ TEST_F(RealLabel, GivesTheSameFromAFileAsFromMemory) {
   for (const Dialect dialect : {Dialect::kGeneral, Dialect::kNasa}) {
     for (const fs::path& path : FilesIn(Folder(dialect))) {
       const StreamPointer in(new TKvFileStream(TKvPath(path.string()), kvOpenRead, kvShareAll));
-      EXPECT_EQ(ConvertStream(dialect, in), ConvertText(dialect, Bytes(path))) << path;
+      EXPECT_EQ(ConvertStream(dialect, in), ConvertText(dialect, BytesOfFile(path))) << path;
     }
   }
 }
@@ -161,7 +154,7 @@ TEST_F(RealLabel, GivesTheSameFromAFileAsFromMemory) {
 std::set<std::string> Failing(const fs::path& folder, Dialect dialect) {
   std::set<std::string> failing;
   for (const fs::path& path : FilesIn(folder)) {
-    if (!ConvertText(dialect, Bytes(path)).result) failing.insert(path.filename().string());
+    if (!ConvertText(dialect, BytesOfFile(path)).result) failing.insert(path.filename().string());
   }
   return failing;
 }
@@ -198,7 +191,7 @@ TEST_F(RealLabel, HasAllItsValuesAndSections) {
   const std::vector<KnownLabel> labels = KnownLabels();
   EXPECT_GE(labels.size(), 18u);
   for (const auto& [path, expected, dialect] : labels) {
-    const Outcome outcome = ConvertText(dialect, Bytes(path));
+    const Outcome outcome = ConvertText(dialect, BytesOfFile(path));
     EXPECT_TRUE(outcome.result) << path;
     const Contents contents = ReadDocument(outcome.xml);
     EXPECT_EQ(contents.values, ReadExpectedValues(expected)) << path;

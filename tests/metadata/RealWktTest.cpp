@@ -3,11 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
@@ -15,38 +11,14 @@
 
 #include "Kv/XmlItem.h"
 #include "SatCommonUtils/Metadata.h"
+#include "support/RealData.h"
 
 namespace {
 
+using ravelin_test::BytesOfFile;
+using ravelin_test::DataFolder;
 using SatCommonUtils::WktSectionToXml;
-using Record = std::map<std::string, std::string>;
-
-std::string DataFolder() {
-  const char* named = std::getenv("RAVELIN_TEST_DATA");
-  return named != nullptr ? named : RAVELIN_TEST_DATA_DIR;
-}
-
-std::string BytesOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  EXPECT_TRUE(file) << path;
-  return std::string(std::istreambuf_iterator<char>(file), {});
-}
-
-/// The fields of a line of comma-separated values, which may be in quotes.
-std::vector<std::string> Fields(const std::string& line) {
-  std::vector<std::string> fields(1);
-  bool isQuoted = false;
-  for (const char c : line) {
-    if (c == '"') {
-      isQuoted = !isQuoted;
-    } else if (c == ',' && !isQuoted) {
-      fields.emplace_back();
-    } else if (c != '\r') {
-      fields.back() += c;
-    }
-  }
-  return fields;
-}
+using Record = ravelin_test::CsvRecord;
 
 /// The section as the lists in which the other program gives it: name, then items and sections.
 nlohmann::json Lists(const TKvXmlItem& section) {
@@ -93,32 +65,17 @@ class RealWktTest : public ::testing::Test {
       GTEST_SKIP() << "no real texts in " << DataFolder()
                    << "; RAVELIN_TEST_DATA names another folder";
     }
-    ReadFacts();
+    facts_ = ravelin_test::ReadCsv(DataFolder() + "/wkt/facts.csv");
     ASSERT_GT(facts_.size(), 0u);
   }
 
   static std::string Converted(const Record& fact) {
     std::string xml;
-    EXPECT_TRUE(WktSectionToXml(BytesOf(DataFolder() + "/" + fact.at("file")), &xml));
+    EXPECT_TRUE(WktSectionToXml(BytesOfFile(DataFolder() + "/" + fact.at("file")), &xml));
     return xml;
   }
 
   std::vector<Record> facts_;
-
- private:
-  void ReadFacts() {
-    std::ifstream table(DataFolder() + "/wkt/facts.csv");
-    std::string line;
-    std::getline(table, line);
-    const std::vector<std::string> keys = Fields(line);
-    while (std::getline(table, line)) {
-      const std::vector<std::string> fields = Fields(line);
-      ASSERT_EQ(fields.size(), keys.size()) << line;
-      Record fact;
-      for (std::size_t i = 0; i < keys.size(); ++i) fact[keys[i]] = fields[i];
-      facts_.push_back(fact);
-    }
-  }
 };
 
 TEST_F(RealWktTest, EverySectionAndItemIsThereInOrder) {
@@ -132,7 +89,8 @@ TEST_F(RealWktTest, EverySectionAndItemIsThereInOrder) {
     for (std::size_t at = 0; (at = xml.find('&', at)) != std::string::npos; ++at) {
       xml.replace(at, 1, "&amp;");  // the conversion does not escape it
     }
-    EXPECT_EQ(Lists(*TKvXmlItem::Parse(xml)), nlohmann::json::parse(BytesOf(expected + ".json")));
+    EXPECT_EQ(Lists(*TKvXmlItem::Parse(xml)),
+              nlohmann::json::parse(BytesOfFile(expected + ".json")));
     ++compared;
   }
   EXPECT_GT(compared, 0u);

@@ -2,32 +2,22 @@
 // the facts about them.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "SatCommonUtils/Text.h"
+#include "support/RealData.h"
 
 namespace {
 
+using ravelin_test::BytesOfFile;
+using ravelin_test::DataFolder;
 using SatCommonUtils::PseudoUTF16toUTF8BOM;
 using SatCommonUtils::ReadBOM;
-
-std::string DataFolder() {
-  const char* named = std::getenv("RAVELIN_TEST_DATA");
-  return named != nullptr ? named : RAVELIN_TEST_DATA_DIR;
-}
-
-std::string BytesOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  EXPECT_TRUE(file) << path;
-  return std::string(std::istreambuf_iterator<char>(file), {});
-}
 
 /// What is known about a file.
 struct Fact {
@@ -113,7 +103,7 @@ TEST_F(RealMarkedText, Utf16GivesTheTextThatItWasMadeFrom) {
   unsigned long compared = 0;
   for (const Fact& fact : facts_) {
     if (!fact.Is("utf16")) continue;
-    const std::string source = BytesOf(DataFolder() + "/" + fact.source);
+    const std::string source = BytesOfFile(DataFolder() + "/" + fact.source);
     TKvFileStream stream(TKvPath(DataFolder() + "/" + fact.file), kvOpenRead, kvShareAll);
     const std::string text = PseudoUTF16toUTF8BOM(&stream);
     EXPECT_EQ(text, source.substr(0, text.size())) << fact.file;
