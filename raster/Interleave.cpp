@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "raster/PixelKernels.h"
+#include "raster/WideInterleave.h"
 
 namespace SatCommonUtils {
 namespace {
@@ -44,6 +45,8 @@ void WriteRow(unsigned char* to, const std::vector<TChannelSource>& sources,
   } else if (words && cursors.size() <= kMaxKernelChannels) {
     Kernels().interleave(to, cursors.data(), static_cast<int>(cursors.size()),
                          static_cast<std::size_t>(pixels));
+  } else if (words) {
+    InterleaveWide(to, cursors.data(), cursors.size(), static_cast<std::size_t>(pixels));
   } else {
     for (std::size_t k = 0; k < cursors.size(); ++k) {
       const long bytesPerPixel = sources[k].bytesPerPixel;
