@@ -3,50 +3,22 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "SatCommonUtils/Shapefile.h"
 #include "shapefile/ShapeFiles.h"
+#include "support/RealData.h"
 
 namespace {
 
 using namespace SatCommonUtils;
 using namespace shape_test;
-using Record = std::map<std::string, std::string>;
-
-std::string DataFolder() {
-  const char* named = std::getenv("RAVELIN_TEST_DATA");
-  return named != nullptr ? named : RAVELIN_TEST_DATA_DIR;
-}
-
-std::string FileBytes(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  EXPECT_TRUE(file) << path;
-  return std::string(std::istreambuf_iterator<char>(file), {});
-}
-
-/// The fields of a line of comma-separated values, which may be in quotes.
-std::vector<std::string> Fields(const std::string& line) {
-  std::vector<std::string> fields(1);
-  bool isQuoted = false;
-  for (const char c : line) {
-    if (c == '"') {
-      isQuoted = !isQuoted;
-    } else if (c == ',' && !isQuoted) {
-      fields.emplace_back();
-    } else if (c != '\r') {
-      fields.back() += c;
-    }
-  }
-  return fields;
-}
+using ravelin_test::BytesOfFile;
+using ravelin_test::DataFolder;
+using Record = ravelin_test::CsvRecord;
 
 /// The whole numbers between "[" and "]".
 std::vector<unsigned long> Sizes(const std::string& rings) {
@@ -79,21 +51,11 @@ bool ReadsAsTheModel(const std::string& bytes) {
 class RealShapeFileTest : public testing::Test {
  protected:
   void SetUp() override {
-    std::ifstream table(DataFolder() + "/shp/facts.csv");
-    if (!table) {
+    if (!std::filesystem::is_directory(DataFolder() + "/shp")) {
       GTEST_SKIP() << "no real files in " << DataFolder()
                    << "; RAVELIN_TEST_DATA names another folder";
     }
-    std::string line;
-    std::getline(table, line);
-    const std::vector<std::string> keys = Fields(line);
-    while (std::getline(table, line)) {
-      const std::vector<std::string> fields = Fields(line);
-      ASSERT_EQ(fields.size(), keys.size()) << line;
-      Record fact;
-      for (std::size_t i = 0; i < keys.size(); ++i) fact[keys[i]] = fields[i];
-      facts_.push_back(fact);
-    }
+    facts_ = ravelin_test::ReadCsv(DataFolder() + "/shp/facts.csv");
     ASSERT_GT(facts_.size(), 0u);
   }
 
@@ -162,13 +124,13 @@ TEST_F(RealShapeFileTest, TheFirstPointIsThatOfTheFacts) {
 
 TEST_F(RealShapeFileTest, EveryFileIsReadAsThePlainReaderSays) {
   for (const Record& fact : facts_) {
-    EXPECT_TRUE(ReadsAsTheModel(FileBytes(Path(fact)))) << fact.at("file");
+    EXPECT_TRUE(ReadsAsTheModel(BytesOfFile(Path(fact)))) << fact.at("file");
   }
 }
 
 TEST_F(RealShapeFileTest, EveryFileCutAtAThousandPlacesGivesFalse) {
   for (const Record& fact : facts_) {
-    const std::string bytes = FileBytes(Path(fact));
+    const std::string bytes = BytesOfFile(Path(fact));
     const unsigned long step = std::max(1UL, bytes.size() / 1000);
     for (unsigned long size = 0; size < bytes.size(); size += step) {
       // A file that is longer than it says becomes right by cutting.
@@ -184,7 +146,7 @@ TEST_F(RealShapeFileTest, EveryFileCutAtAThousandPlacesGivesFalse) {
 TEST_F(RealShapeFileTest, EveryByteOfTheFirst156OfSmallFilesMayHaveEveryValue) {
   unsigned long files = 0;
   for (const Record& fact : facts_) {
-    const std::string bytes = FileBytes(Path(fact));
+    const std::string bytes = BytesOfFile(Path(fact));
     if (!IsPolygonFile(fact) || bytes.size() > 600) continue;
     ++files;
     for (unsigned long at = 0; at < 156; ++at) {

@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "kv/BuildKind.h"
 #include "tree/ForeignCall.h"
 #include "tree/TreeTest.h"
 
@@ -18,11 +19,7 @@ constexpr int kDepth = 100000;
 /// The text of a tree has a tab for each level in each line.
 constexpr int kTextDepth = 5000;
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr std::size_t kStack = 512 << 10;
-#else
-constexpr std::size_t kStack = 96 << 10;
-#endif
+constexpr std::size_t kStack = kv_test::kSanitized ? 512 << 10 : 96 << 10;
 
 /// Runs an action on a thread with a stack of `bytes`.
 void OnStack(std::size_t bytes, std::function<void()> action) {

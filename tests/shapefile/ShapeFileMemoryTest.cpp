@@ -1,0 +1,65 @@
+// Shapefiles while allocations fail, beside what ShapeFileSafetyTest.cpp has.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "SatCommonUtils/Shapefile.h"
+#include "kv/TemporaryFolder.h"
+#include "shapefile/ShapeFiles.h"
+#include "support/EveryAllocation.h"
+
+namespace {
+
+using namespace SatCommonUtils;
+using namespace shape_test;
+using ravelin_test::GivesEverywhere;
+using ravelin_test::ThrowsEverywhere;
+
+const std::vector<TShapeFileRing> kRings = {{{0, 0}, {0, 1}, {1, 1}}, {{2, 2}, {2, 3}, {3, 3}}};
+
+TEST(ShapeFileMemoryTest, PolygonsAreSetUpReadAndWritten) {
+  GivesEverywhere(
+      "Setup", [] { return TShapeFilePolygonData().Setup(kRings); }, false);
+  TShapeFilePolygonData polygon;
+  ASSERT_TRUE(polygon.Setup({kRings.front()}));
+  GivesEverywhere(
+      "Write",
+      [&] {
+        TKvMemoryStream stream;
+        return polygon.Write(&stream);
+      },
+      false);
+  const kv_test::TemporaryFolder folder;
+  const std::string path = folder.Path("a-name-that-is-too-long-for-the-string-itself.shp");
+  GivesEverywhere(
+      "WriteToFile", [&] { return polygon.WriteToFile(path); }, false);
+  GivesEverywhere(
+      "InitializeFromFile",
+      [&] {
+        TShapeFilePolygonData data;
+        return data.InitializeFromFile(path);
+      },
+      false);
+  GivesEverywhere(
+      "InitializeFromFile of the header", [&] { return TShapeFileData().InitializeFromFile(path); },
+      false);
+  GivesEverywhere(
+      "CheckShapeFile", [&] { return CheckShapeFile(path); }, sftInvalid);
+  TKvFileStream stream(TKvPath(path), kvOpenRead, kvShareAll);
+  GivesEverywhere(
+      "Initialize",
+      [&] {
+        stream.SetPos(0);
+        TShapeFilePolygonData data;
+        return data.Initialize(&stream) ? data.rings.size() : 0;
+      },
+      0u);
+}
+
+TEST(ShapeFileMemoryTest, ACopyThrows) {
+  TShapeFilePolygonData polygon;
+  ASSERT_TRUE(polygon.Setup(kRings));
+  ThrowsEverywhere("copy", [&] { return TShapeFilePolygonData(polygon).rings.size(); });
+}
+
+}  // namespace
