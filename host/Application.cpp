@@ -7,17 +7,10 @@
 #include <vector>
 
 #include "SatCommonUtils/Module.h"
-#include "host/ComposeCommand.h"
-#include "host/FilesCommand.h"
+#include "host/CommandLine.h"
 #include "host/HostError.h"
-#include "host/InfoCommand.h"
 #include "host/Interrupt.h"
-#include "host/SampleCommand.h"
-#include "host/ShapeCommand.h"
-#include "host/StitchCommand.h"
-#include "host/TreeCommand.h"
-#include "host/XmlCommand.h"
-#include "host/scene/SceneCommand.h"
+#include "host/TextOutput.h"
 
 namespace ravelin {
 namespace {
@@ -30,40 +23,17 @@ class ModuleScope {
   ~ModuleScope() { Deinit_Ravelin(); }
 };
 
-void DescribeApplication(CLI::App& app) {
-  app.name("ravelin");
-  app.description("Opens the raw products of satellite sensors.");
-  app.set_version_flag("--version", "ravelin " RAVELIN_VERSION, "Print the version and exit");
-  app.set_help_flag("-h,--help", "Print this help and exit");
-  app.get_formatter()->column_width(26);
-  app.footer(
-      "Exit codes: 0 done, 1 the work failed, 2 wrong use.\n\n"
-      "Example:\n"
-      "  ravelin compose --size 1200x900 --band red=b4.raw green=b3.raw blue=b2.raw -o rgb.png");
-  app.require_subcommand(1);
-}
-
-// Each subcommand lives in a file of its own and runs in its CLI11 callback. It reports failure by
-// throwing HostError, wrong use by throwing CLI::ValidationError.
-void AddCommands(CLI::App& app) {
-  AddSceneCommand(app);
-  AddSampleCommand(app);
-  AddComposeCommand(app);
-  AddStitchCommand(app);
-  AddInfoCommand(app);
-  AddXmlCommand(app);
-  AddTreeCommand(app);
-  AddFilesCommand(app);
-  AddShapeCommand(app);
-}
-
 int Report(const std::string& message, ExitCode code) {
   std::cerr << "ravelin: " << Printable(message) << '\n';
   return code;
 }
 
 int ReportParse(const CLI::App& app, const CLI::ParseError& error) {
-  if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(error);
+  if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+    app.exit(error);
+    PrintText("");
+    return kExitDone;
+  }
   const CLI::App* command = &app;
   std::string help = "; see ravelin ";
   while (!command->get_subcommands().empty()) {
@@ -81,20 +51,28 @@ int ReportParse(const CLI::App& app, const CLI::ParseError& error) {
 constexpr const char* kMemoryRemedy = "close other programs or raise the limit on memory";
 
 /// What to do when memory is short, by the subcommand that was asked for.
-std::string MemoryRemedy(const CLI::App& app) {
+const char* MemoryRemedy(const CLI::App& app) {
   const CLI::App* command = &app;
   while (!command->get_subcommands().empty()) command = command->get_subcommands().front();
-  return command->get_option_no_throw("--rect") != nullptr ? "ask for a smaller --rect"
-                                                           : kMemoryRemedy;
+  // Asking for an option by its name needs memory, and ends the program without.
+  for (const CLI::Option* option : command->get_options()) {
+    const std::vector<std::string>& names = option->get_lnames();
+    if (!names.empty() && names.front() == "rect") return "ask for a smaller --rect";
+  }
+  return kMemoryRemedy;
 }
 
-}  // namespace
+/// A report that needs no memory itself.
+int ReportNoMemory(const char* remedy) {
+  std::cerr << "ravelin: memory: there is not enough; " << remedy << '\n';
+  return kExitFailed;
+}
 
-int RunApplication(int argc, const char* const* argv) {
+/// Lets std::bad_alloc out, also that of a report.
+int RunAndReport(int argc, const char* const* argv) {
   try {
     CLI::App app;
-    DescribeApplication(app);
-    AddCommands(app);
+    DescribeCommandLine(app);
     InstallInterruptHandlers();
     try {
       const ModuleScope module;
@@ -103,12 +81,22 @@ int RunApplication(int argc, const char* const* argv) {
     } catch (const CLI::ParseError& error) {
       return ReportParse(app, error);
     } catch (const std::bad_alloc&) {
-      return Report("memory: there is not enough; " + MemoryRemedy(app), kExitFailed);
+      return ReportNoMemory(MemoryRemedy(app));
     }
   } catch (const std::bad_alloc&) {
-    return Report(std::string("memory: there is not enough; ") + kMemoryRemedy, kExitFailed);
+    throw;
   } catch (const std::exception& error) {
     return Report(error.what(), kExitFailed);
+  }
+}
+
+}  // namespace
+
+int RunApplication(int argc, const char* const* argv) {
+  try {
+    return RunAndReport(argc, argv);
+  } catch (const std::bad_alloc&) {
+    return ReportNoMemory(kMemoryRemedy);
   }
 }
 

@@ -1,15 +1,11 @@
-// The command line of the program: its subcommands, errors and exit codes.
+// A run of the program.
 #pragma once
+
+#include "host/ExitCode.h"
 
 namespace ravelin {
 
-enum ExitCode : int {
-  kExitDone = 0,      ///< the work is done, or help or the version was printed
-  kExitFailed = 1,    ///< the work failed
-  kExitWrongUse = 2,  ///< the command line cannot be understood
-};
-
-/// Runs the program on its command line and returns the exit code. Prints errors to standard error;
+/// Runs the program on its command line and returns its ExitCode. Prints errors to standard error;
 /// lets no exception out. The module is initialised while a subcommand works.
 int RunApplication(int argc, const char* const* argv);
 

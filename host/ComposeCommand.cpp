@@ -12,6 +12,7 @@
 #include "host/HostError.h"
 #include "host/Output.h"
 #include "host/ParseNumber.h"
+#include "host/ValueKind.h"
 
 namespace ravelin {
 namespace {
@@ -113,6 +114,7 @@ void AddComposeCommand(CLI::App& app) {
                    "raw file of unsigned 16-bit samples, top row first,\n"
                    "and its byte order (default: little)")
       ->type_name("KEY=FILE[:big|:little]")
+      ->check(KeyedFileValue({"red", "green", "blue"}, {"big", "little"}))
       ->required();
   command->add_option("--offset", arguments->offset, "Bytes before the first pixel of every file")
       ->type_name("N")

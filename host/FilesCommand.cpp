@@ -9,6 +9,7 @@
 #include "SatCommonUtils/Files.h"
 #include "host/FolderListing.h"
 #include "host/HostError.h"
+#include "host/ValueKind.h"
 
 namespace ravelin {
 namespace {
@@ -96,7 +97,10 @@ void Find(const FindArguments& arguments) {
 CLI::App* AddFind(CLI::App& files) {
   const auto arguments = std::make_shared<FindArguments>();
   CLI::App* command = files.add_subcommand("find", "Look a file up, letter case ignored");
-  command->add_option("FOLDER", arguments->folder, "Folder to look in")->type_name("")->required();
+  command->add_option("FOLDER", arguments->folder, "Folder to look in")
+      ->type_name("")
+      ->check(FolderValue())
+      ->required();
   command->add_option("NAME", arguments->name, "Name of the file; *, ? and [...] are wildcards")
       ->type_name("")
       ->required();
@@ -112,8 +116,9 @@ void AddFilesCommand(CLI::App& app) {
   ListingRequest& request = arguments->request;
   CLI::App* command = app.add_subcommand("files", "List the files of a folder or look one up");
   CLI::App* find = AddFind(*command);
-  CLI::Option* folder =
-      command->add_option("FOLDER", request.folder, "Folder to list")->type_name("");
+  CLI::Option* folder = command->add_option("FOLDER", request.folder, "Folder to list")
+                            ->type_name("")
+                            ->check(FolderValue());
   CLI::Option* mask =
       command->add_option("--mask", request.mask, "List what matches, letter case ignored")
           ->type_name("MASK");

@@ -63,7 +63,7 @@ Json DescribeImage(const std::string& path) {
   const EnviHeader header =
       ParseEnviHeader(ReadWholeFile(headerPath, kMaxEnviHeaderBytes), headerPath);
   const std::optional<unsigned long> wanted = ImageBytes(header);
-  Json json;
+  Json json = Json::object();
   json["file"] = Text(path);
   json["kind"] = "image";
   json["header"] = Text(headerPath);
@@ -85,7 +85,7 @@ Json DescribeImage(const std::string& path) {
 // "present", "missing", "wrong size" or "outside", and why.
 Json DescribeTileFile(const std::string& indexPath, const TileEntry& tile,
                       const BandArgument& band) {
-  Json json;
+  Json json = Json::object();
   json["file"] = Text(band.file);
   json["line"] = tile.line;
   BandLayout layout;
@@ -119,7 +119,7 @@ Json DescribeTileFiles(const std::string& path, const TileIndex& index) {
       if (state != "present") faults.push_back(file);
     }
   }
-  Json json;
+  Json json = Json::object();
   json["present"] = counts["present"];
   json["missing"] = counts["missing"];
   json["wrongSize"] = counts["wrong size"];
@@ -133,7 +133,7 @@ Json DescribeIndex(const std::string& path) {
   const ImageSize size = index.Size();
   std::set<int> keys;
   for (const BandArgument& band : index.tiles.front().bands) keys.insert(band.key);
-  Json json;
+  Json json = Json::object();
   json["file"] = Text(path);
   json["kind"] = "tile index";
   json["tiles"] = index.tiles.size();

@@ -6,6 +6,7 @@
 
 #include "host/HostError.h"
 #include "host/Info.h"
+#include "host/ValueKind.h"
 
 namespace ravelin {
 namespace {
@@ -31,6 +32,7 @@ void AddInfoCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("info", "Say what an image or a tile index is");
   command->add_option("FILE", arguments->file, "A .bip with its .hdr beside it, or a tile index")
       ->type_name("")
+      ->check(FileValue())
       ->required();
   command->add_flag("--json", arguments->json, "Print JSON instead of text");
   command->footer("Example:\n  ravelin info scene.bip");

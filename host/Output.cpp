@@ -5,6 +5,7 @@
 #include "host/InterleavedFile.h"
 #include "host/ParseNumber.h"
 #include "host/ProgressBar.h"
+#include "host/ValueKind.h"
 
 namespace ravelin {
 namespace {
@@ -35,12 +36,6 @@ Stretch StretchOf(const std::string& text) {
   return {StretchKind::kFixed, *low, *high};
 }
 
-int BitsOf(const std::string& text) {
-  if (text.empty() || text == "8") return 8;
-  if (text == "16") return 16;
-  throw CLI::ValidationError("--bits", "'" + text + "' is neither 8 nor 16");
-}
-
 PixelArea AreaOf(const std::string& text) {
   const std::optional<PixelArea> area = ParseArea(text);
   if (!area) {
@@ -68,6 +63,7 @@ void AddOutputOptions(CLI::App& command, OutputArguments& arguments) {
       .add_option("-o,--output", arguments.output,
                   "Image to write: a .png, or a .bip with its .hdr")
       ->type_name("OUT")
+      ->check(FileValue())
       ->required();
   command
       .add_option("--rect", arguments.rect,
@@ -81,7 +77,8 @@ void AddOutputOptions(CLI::App& command, OutputArguments& arguments) {
                   "channel, zeros left out; .png only)")
       ->type_name("MIN,MAX");
   command.add_option("--bits", arguments.bits, "Bits of a sample: 8 or 16 (default: 8; .png only)")
-      ->type_name("N");
+      ->type_name("N")
+      ->check(ChoiceValue({"8", "16"}));
 }
 
 OutputPlan PlanOutput(const OutputArguments& arguments) {
@@ -90,7 +87,7 @@ OutputPlan PlanOutput(const OutputArguments& arguments) {
   plan.format = FormatOf(arguments.output);
   if (!arguments.rect.empty()) plan.area = AreaOf(arguments.rect);
   plan.picture.stretch = StretchOf(arguments.stretch);
-  plan.picture.bits = BitsOf(arguments.bits);
+  plan.picture.bits = arguments.bits == "16" ? 16 : 8;
   if (plan.format == OutputFormat::kBip && !(arguments.stretch + arguments.bits).empty()) {
     throw CLI::ValidationError(arguments.output,
                                "a .bip holds samples as they are: --stretch and --bits are for a "

@@ -12,7 +12,10 @@ namespace ravelin {
 template <class T>
 std::optional<T> ParseNumber(std::string_view text) {
   T value{};
+  // The caller's text outlives this call, which cppcheck does not follow through the view.
+  // cppcheck-suppress invalidLifetime
   const char* end = text.data() + text.size();
+  // cppcheck-suppress invalidLifetime
   const auto [stop, error] = std::from_chars(text.data(), end, value);
   if (error != std::errc{} || stop != end || text.empty()) return std::nullopt;
   return value;

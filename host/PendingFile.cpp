@@ -41,12 +41,17 @@ std::string Remedy(int error) {
 
 PendingFile::PendingFile(const std::string& path) : path_(path), target_(path) {
   FindTarget();
-  CreateTemporary();
   buffer_.reserve(kBufferSize);
+  CreateTemporary();
 }
 
 PendingFile::~PendingFile() {
+  Discard();
+}
+
+void PendingFile::Discard() {
   if (descriptor_ >= 0) close(descriptor_);
+  descriptor_ = -1;
   if (!temporary_.Get().empty()) unlink(temporary_.Get().c_str());
 }
 
@@ -81,15 +86,35 @@ void PendingFile::CreateTemporary() {
     const std::string name =
         folder + ".ravelin-" + std::to_string(getpid()) + "-" + std::to_string(attempt) + ".tmp";
     const InterruptBlock block;
-    descriptor_ = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (descriptor_ >= 0) {
-      temporary_.Set(name);
-      break;
-    }
-    if (errno != EEXIST) Fail(errno);
+    temporary_.Set(name);
+    const int error = OpenTemporary();
+    if (error == 0) break;
+    temporary_.Set("");
+    if (error != EEXIST) Fail(error);
   }
   if (descriptor_ < 0) Fail(EEXIST);
-  if (replaces_ && fchmod(descriptor_, mode_) != 0) Fail(errno);
+  if (replaces_) KeepMode();
+}
+
+/// Why it cannot be made; 0 when it is.
+int PendingFile::OpenTemporary() {
+  do {
+    descriptor_ = open(temporary_.Get().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  } while (descriptor_ < 0 && errno == EINTR);
+  return descriptor_ < 0 ? errno : 0;
+}
+
+/// Gives the permissions of the file that is replaced. A constructor that throws is followed by no
+/// destructor.
+void PendingFile::KeepMode() {
+  int result = -1;
+  do {
+    result = fchmod(descriptor_, mode_);
+  } while (result != 0 && errno == EINTR);
+  if (result == 0) return;
+  const int error = errno;
+  Discard();
+  Fail(error);
 }
 
 void PendingFile::Write(const void* bytes, std::size_t count) {
@@ -109,7 +134,7 @@ void PendingFile::Flush() {
   while (done < buffer_.size()) {
     const ssize_t written = write(descriptor_, buffer_.data() + done, buffer_.size() - done);
     if (written < 0 && errno == EINTR) continue;
-    if (written < 0) Fail(errno);
+    if (written <= 0) Fail(written < 0 ? errno : EIO);
     done += static_cast<std::size_t>(written);
   }
   buffer_.clear();
@@ -119,11 +144,35 @@ void PendingFile::Complete() {
   Flush();
   const int descriptor = descriptor_;
   descriptor_ = -1;
-  if (close(descriptor) != 0) Fail(errno);
+  // An interrupted call has closed the file, too.
+  if (close(descriptor) != 0 && errno != EINTR) Fail(errno);
 }
 
-void PendingFile::Rename() {
+/// Puts the file in place. With `keepFormer` a file that it replaces lies in the temporary place
+/// then, where the file system can exchange the two; else it is gone.
+void PendingFile::PutInPlace(bool keepFormer) {
+  exchanged_ = keepFormer && replaces_ && Exchange();
+  if (exchanged_) return;
   if (std::rename(temporary_.Get().c_str(), target_.c_str()) != 0) Fail(errno);
+  temporary_.Set("");
+}
+
+bool PendingFile::Exchange() const {
+  return renameat2(AT_FDCWD, temporary_.Get().c_str(), AT_FDCWD, target_.c_str(),
+                   RENAME_EXCHANGE) == 0;
+}
+
+void PendingFile::TakeBack() {
+  if (exchanged_) {
+    Exchange();
+  } else if (!replaces_) {
+    unlink(target_.c_str());
+  }
+}
+
+void PendingFile::DropFormer() {
+  if (!exchanged_) return;
+  unlink(temporary_.Get().c_str());
   temporary_.Set("");
 }
 
@@ -134,18 +183,17 @@ void PendingFile::Commit() {
 void PendingFile::CommitTogether(const std::vector<PendingFile*>& files) {
   for (PendingFile* file : files) file->Complete();
   const InterruptBlock block;
-  auto renamed = files.begin();
+  auto placed = files.begin();
   try {
     for (PendingFile* file : files) {
-      file->Rename();
-      ++renamed;
+      file->PutInPlace(files.size() > 1);
+      ++placed;
     }
   } catch (...) {
-    for (auto file = files.begin(); file != renamed; ++file) {
-      if (!(*file)->replaces_) unlink((*file)->target_.c_str());
-    }
+    for (auto file = files.begin(); file != placed; ++file) (*file)->TakeBack();
     throw;
   }
+  for (PendingFile* file : files) file->DropFormer();
 }
 
 }  // namespace ravelin

@@ -32,8 +32,8 @@ class PendingFile {
   void Write(const void* bytes, std::size_t count);
   void Commit();
   /// Puts several files that belong together in place, in the order given: all are complete before
-  /// the first is renamed. When one cannot be renamed, those renamed before it that replaced
-  /// nothing are taken away again.
+  /// the first is renamed. When one cannot be renamed, those before it are taken away again and
+  /// what they replaced is put back; the latter only on a file system that can exchange two files.
   static void CommitTogether(const std::vector<PendingFile*>& files);
 
   /// Where the bytes go until then; empty when the file is in place.
@@ -44,15 +44,22 @@ class PendingFile {
  private:
   void FindTarget();
   void CreateTemporary();
+  int OpenTemporary();
+  void KeepMode();
+  void Discard();
   void Flush();
   void Complete();
-  void Rename();
+  void PutInPlace(bool keepFormer);
+  bool Exchange() const;
+  void TakeBack();
+  void DropFormer();
   [[noreturn]] void Fail(int error) const;
 
   std::string path_;    // as the user gave it
   std::string target_;  // behind links
   bool replaces_ = false;
-  unsigned int mode_ = 0;  // of the file that is replaced
+  unsigned int mode_ = 0;   // of the file that is replaced
+  bool exchanged_ = false;  // that file lies in the temporary place
   TemporaryName temporary_;
   int descriptor_ = -1;
   unsigned long size_ = 0;

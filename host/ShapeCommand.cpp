@@ -18,6 +18,7 @@
 #include "host/ShapeInfo.h"
 #include "host/ShapeOutline.h"
 #include "host/TextInput.h"
+#include "host/ValueKind.h"
 
 namespace ravelin {
 namespace {
@@ -161,7 +162,10 @@ void MakeFromPoints(const FromPointsArguments& arguments) {
 void AddInfo(CLI::App& shape) {
   const auto arguments = std::make_shared<InfoArguments>();
   CLI::App* command = shape.add_subcommand("info", "Say what a shapefile is, or why it is refused");
-  command->add_option("FILE", arguments->file, "Any file")->type_name("")->required();
+  command->add_option("FILE", arguments->file, "Any file")
+      ->type_name("")
+      ->check(FileValue())
+      ->required();
   command->add_flag("--json", arguments->json, "Print JSON instead of text");
   command->footer("Example:\n  ravelin shape info footprint.shp");
   command->callback([arguments] { Inform(*arguments); });
@@ -172,9 +176,11 @@ void AddShow(CLI::App& shape) {
   CLI::App* command = shape.add_subcommand("show", "Draw the first polygon");
   command->add_option("FILE", arguments->file, "Main file of a shapefile")
       ->type_name("")
+      ->check(FileValue())
       ->required();
   command->add_option("-o,--output", arguments->output, "Picture to write")
       ->type_name("OUT.png")
+      ->check(FileValue())
       ->required();
   command->add_option("--size", arguments->size, "Most pixels (default: 1000x1000)")
       ->type_name("WxH");
@@ -187,14 +193,17 @@ void AddFromPoints(CLI::App& shape) {
   CLI::App* command = shape.add_subcommand("from-points", "Make a shapefile of one ring");
   command->add_option("FILE", arguments->points, "Text, \"x y\" a line; - for standard input")
       ->type_name("")
+      ->check(FileValue())
       ->required();
   command
       ->add_option("-o,--output", arguments->output,
                    "Main file to write; .shx and .dbf come beside it")
       ->type_name("OUT.shp")
+      ->check(FileValue())
       ->required();
   command->add_option("--wkt", arguments->wkt, "Coordinate system, to be written as .prj")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->check(FileValue());
   command->footer("Example:\n  ravelin shape from-points corners.txt -o footprint.shp");
   command->callback([arguments] { MakeFromPoints(*arguments); });
 }

@@ -32,6 +32,7 @@ class MemoryFiles {
 
   std::map<std::string, TKvMemoryStream> files;
   std::string error;
+  bool full = false;  ///< a write fell short, for want of memory
 
   static SAHooks Hooks() {
     SAHooks hooks = {};
@@ -75,7 +76,9 @@ class MemoryFiles {
   }
 
   static SAOffset Write(void* from, SAOffset size, SAOffset count, SAFile file) {
-    return size == 0 ? 0 : Stream(file)->Write(from, size * count) / size;
+    const SAOffset written = Stream(file)->Write(from, size * count);
+    if (written < size * count) current->full = true;
+    return size == 0 ? 0 : written / size;
   }
 
   static SAOffset Seek(SAFile file, SAOffset offset, int whence) {
@@ -115,6 +118,8 @@ ShapeCompanions MakeShapeCompanions(const std::string& mainFile, const std::stri
   memory.files.emplace("a.shp", mainFile);
   SAHooks hooks = MemoryFiles::Hooks();
   const bool made = SHPRestoreSHX("a.shp", "rb", &hooks) != 0 && WriteAttributes("a.dbf", &hooks);
+  // Shapelib looks at the result of few writes.
+  if (memory.full) throw std::bad_alloc();
   ShapeCompanions companions = {memory.files["a.shx"].Bytes(), memory.files["a.dbf"].Bytes()};
   if (!made || companions.index.size() != kIndexBytes) {
     throw HostError(name, "has no index or attributes that can be made: " + memory.error,

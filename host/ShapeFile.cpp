@@ -1,5 +1,7 @@
 #include "host/ShapeFile.h"
 
+#include <new>
+
 #include "Kv/Stream.h"
 #include "SatCommonUtils/Raster.h"
 #include "host/HostError.h"
@@ -29,6 +31,29 @@ std::optional<TShapeFileHeader> ReadHeader(TKvStream& stream) {
   return header;
 }
 
+/// A file whose reads throw where they fall short before its end: what cannot be read is no reason
+/// to say what the file is not.
+class ReadableFile : public TKvFileStream {
+ public:
+  explicit ReadableFile(const std::string& path) : path_(path) {
+    if (!Open(TKvPath(path), kvOpenRead, kvShareAll)) {
+      throw HostError(path, "cannot be opened", "check its permissions");
+    }
+  }
+
+  unsigned long Read(void* buffer, unsigned long count) override {
+    const unsigned long done = TKvFileStream::Read(buffer, count);
+    if (done < count && GetPos() < getSize()) {
+      throw HostError(path_, "cannot be read to its end",
+                      "check the disk, or whether it is being written");
+    }
+    return done;
+  }
+
+ private:
+  std::string path_;
+};
+
 /// Bytes behind the first record, as far as the record says how long it is.
 unsigned long RestBytes(TKvStream& stream, unsigned long size) {
   TShapeFilePolygonHeader record;
@@ -43,15 +68,14 @@ unsigned long RestBytes(TKvStream& stream, unsigned long size) {
 ShapeFile ReadShapeFile(const std::string& path) {
   ShapeFile file;
   file.bytes = RegularFileSize(path);
-  TKvFileStream stream;
-  if (!stream.Open(TKvPath(path), kvOpenRead, kvShareAll)) {
-    throw HostError(path, "cannot be opened", "check its permissions");
-  }
+  ReadableFile stream(path);
   file.header = ReadHeader(stream);
   if (file.polygon.Initialize(&stream)) {
     file.restBytes = RestBytes(stream, file.bytes);
   } else {
     file.refusal = ShapeRefusal(stream);
+    // Reads that fall short have thrown.
+    if (file.refusal == kShapeUnreadable) throw std::bad_alloc();
   }
   return file;
 }

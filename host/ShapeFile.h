@@ -17,7 +17,8 @@ struct ShapeFile {
   std::string refusal;          ///< why the polygon was not read; empty: it was
 };
 
-/// Reads any file. Throws HostError when it is missing, no regular file or cannot be opened.
+/// Reads any file. Throws HostError when it is missing, no regular file or cannot be opened or
+/// read.
 ShapeFile ReadShapeFile(const std::string& path);
 
 /// "polygon", "point Z", ...; "unknown" for a code that is no type.

@@ -77,7 +77,7 @@ std::string RestText(const Json& json) {
 }  // namespace
 
 Json DescribeShape(const ShapeFile& file, const std::string& name) {
-  Json json;
+  Json json = Json::object();
   json["file"] = KvAnsiToChar(name, kvEncodingUtf8);
   json["kind"] = file.header ? "shapefile" : "not a shapefile";
   json["bytes"] = file.bytes;

@@ -136,7 +136,7 @@ std::string ShapeRefusal(TKvStream& stream) {
   }
   std::string fault = HeaderFault(header, size);
   if (fault.empty()) fault = RecordRefusal(stream, size);
-  return fault.empty() ? "cannot be read to its end" : fault;
+  return fault.empty() ? kShapeUnreadable : fault;
 }
 
 }  // namespace ravelin

@@ -9,6 +9,7 @@
 #include "host/ParseNumber.h"
 #include "host/TileFiles.h"
 #include "host/TileSet.h"
+#include "host/ValueKind.h"
 
 namespace ravelin {
 namespace {
@@ -51,6 +52,7 @@ void AddStitchCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("stitch", "Make one image of the super tiles of a scene");
   command->add_option("INDEX", arguments->index, "Text file that lists the tiles, one a line")
       ->type_name("")
+      ->check(FileValue())
       ->required();
   command
       ->add_option("--level", arguments->level,

@@ -18,12 +18,11 @@ std::vector<std::uint16_t> LinearStretch(std::uint16_t low, std::uint16_t high,
                                          std::uint16_t brightest) {
   std::vector<std::uint16_t> table(kValues, 0);
   const std::size_t first = std::max<std::size_t>(low, 1);
-  for (std::size_t value = first; value <= high; ++value) {
-    table[value] =
-        static_cast<std::uint16_t>(Between(value - low, std::size_t{high} - low, brightest));
+  const std::size_t last = high;
+  for (std::size_t value = first; value <= last; ++value) {
+    table[value] = static_cast<std::uint16_t>(Between(value - low, last - low, brightest));
   }
-  for (std::size_t value = std::size_t{high} + 1; value < kValues; ++value)
-    table[value] = brightest;
+  for (std::size_t value = last + 1; value < kValues; ++value) table[value] = brightest;
   return table;
 }
 

@@ -8,6 +8,7 @@
 #include "host/TextOutput.h"
 #include "host/TreeConversion.h"
 #include "host/TreeListing.h"
+#include "host/ValueKind.h"
 
 namespace ravelin {
 namespace {
@@ -94,8 +95,13 @@ constexpr Job kShow = {"show",
 void AddJob(CLI::App& tree, const Job& job) {
   const auto arguments = std::make_shared<Arguments>();
   CLI::App* command = tree.add_subcommand(job.name, job.description);
-  command->add_option("IN", arguments->input, job.input)->type_name("")->required();
-  command->add_option("-o,--output", arguments->output, job.output)->type_name("OUT");
+  command->add_option("IN", arguments->input, job.input)
+      ->type_name("")
+      ->check(FileValue())
+      ->required();
+  command->add_option("-o,--output", arguments->output, job.output)
+      ->type_name("OUT")
+      ->check(FileValue());
   command->add_option("--section", arguments->section, job.section)
       ->type_name("NAME")
       ->capture_default_str();

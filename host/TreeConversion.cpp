@@ -114,9 +114,9 @@ std::string TreeText(const TStringTree& tree, const std::string& file) {
 std::string TreeXml(const TStringTree& tree, const std::string& section) {
   auto* const bytes = new TKvMemoryStream;
   TKvXIniStreamWriter writer(StreamPointer(bytes), 0, TKvXIniStreamWriter::htDocument);
-  if (!section.empty()) writer.BeginSectionSE(section);
   // A stream in memory fails for want of memory alone.
-  if (!tree.WriteToXML(&writer) || !writer.Close()) throw std::bad_alloc();
+  const bool begun = section.empty() || writer.BeginSectionS(section) != 0;
+  if (!begun || !tree.WriteToXML(&writer) || !writer.Close()) throw std::bad_alloc();
   return bytes->Bytes();
 }
 

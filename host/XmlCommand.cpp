@@ -6,6 +6,7 @@
 #include "host/TextEncoding.h"
 #include "host/TextInput.h"
 #include "host/TextOutput.h"
+#include "host/ValueKind.h"
 #include "host/XmlConversion.h"
 #include "host/XmlValue.h"
 
@@ -61,9 +62,13 @@ void PrintValue(const ValueArguments& arguments) {
 void AddConverter(CLI::App& xml, const Converter& converter) {
   const auto arguments = std::make_shared<ConversionArguments>();
   CLI::App* command = xml.add_subcommand(converter.name, converter.description);
-  command->add_option("IN", arguments->input, converter.input)->type_name("")->required();
+  command->add_option("IN", arguments->input, converter.input)
+      ->type_name("")
+      ->check(FileValue())
+      ->required();
   command->add_option("-o,--output", arguments->output, "XML to write (default: standard output)")
-      ->type_name("OUT");
+      ->type_name("OUT")
+      ->check(FileValue());
   command->footer(converter.footer);
   command->callback([&converter, arguments] { Convert(converter, *arguments); });
 }
@@ -73,6 +78,7 @@ void AddGet(CLI::App& xml) {
   CLI::App* command = xml.add_subcommand("get", "Print one value of an XML-ini file");
   command->add_option("FILE", arguments->file, "XML-ini, - for standard input")
       ->type_name("")
+      ->check(FileValue())
       ->required();
   command
       ->add_option("PATH", arguments->path, "SECTION/.../NAME of the value; a / in a name is \\/")

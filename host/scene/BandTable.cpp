@@ -1,6 +1,7 @@
 #include "host/scene/BandTable.h"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 #include <set>
 
@@ -110,7 +111,16 @@ class KeyTable {
     if (role.kind && (IsVisible(*role.kind) || kinds_.at(*role.kind) == 1)) return *role.kind;
     if (role.visible != 0) return role.visible;
     const int visible = spacecraft_ == nullptr ? 0 : spacecraft_->VisibleKey(number);
-    return visible != 0 ? visible : kFirstBandKey + number;
+    return visible != 0 ? visible : KeyBehindTheKnown(number);
+  }
+
+  int KeyBehindTheKnown(int number) const {
+    constexpr int kLast = std::numeric_limits<int>::max() - kFirstBandKey;
+    if (number <= kLast) return kFirstBandKey + number;
+    throw HostError(file_,
+                    "tells of a band " + std::to_string(number) + "; the largest number is " +
+                        std::to_string(kLast),
+                    std::string("give ") + kBandOption);
   }
 
   const std::string& file_;

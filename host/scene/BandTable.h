@@ -30,8 +30,8 @@ constexpr int kFirstBandKey = 100;
 /// The bands by their numbers: of groups BAND_n first, of FILE_NAME_BAND_n for numbers that have no
 /// file of a group. A band's key is its CHANNEL_KIND, where no other band has that kind; else 6, 4
 /// or 3 when its CHANNEL_ROLE, or the number and the spacecraft, say that it is red, green or blue;
-/// else kFirstBandKey and its number. Throws HostError for more than 1,000 bands and for two with
-/// one key. Points into `label`.
+/// else kFirstBandKey and its number. Throws HostError for more than 1,000 bands, for a key that is
+/// no int and for two with one key. Points into `label`.
 std::vector<LabelBand> FindLabelBands(const LabelScopes& label, const std::string& file);
 
 /// The keys of those bands, and of bands that only tiles tell of, by their numbers.

@@ -55,12 +55,18 @@ std::string WithoutTiffEnding(const std::string& name) {
   return "";
 }
 
+std::string CanonicalPath(const std::string& path) {
+  std::error_code error;
+  std::string canonical = fs::canonical(path, error).string();
+  if (error) throw HostError(path, "no such folder: " + error.message(), "check the name");
+  return canonical;
+}
+
 }  // namespace
 
-ProductFolder::ProductFolder(const std::string& path) : path_(path) {
+ProductFolder::ProductFolder(const std::string& path)
+    : path_(path), canonical_(CanonicalPath(path)) {
   std::error_code error;
-  canonical_ = fs::canonical(path, error).string();
-  if (error) throw HostError(path, "no such folder: " + error.message(), "check the name");
   if (!fs::is_directory(canonical_, error)) {
     throw HostError(path, "is not a folder", "name the folder of a product");
   }

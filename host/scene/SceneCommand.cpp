@@ -11,6 +11,7 @@
 
 #include "host/HostError.h"
 #include "host/ProgressBar.h"
+#include "host/ValueKind.h"
 #include "host/scene/SceneRun.h"
 #include "host/scene/SceneSummary.h"
 
@@ -74,19 +75,8 @@ SceneOptions OptionsOf(const Arguments& arguments) {
   options.bands = ParseAll(arguments.bands, "--band", ParseBandChoice);
   options.mappings = ParseAll(arguments.mappings, "--map", ParseKeyMapping);
   CheckKeys(options.bands);
-  if (!arguments.dialect.empty()) {
-    options.dialect = ParseDialect(arguments.dialect);
-    if (!options.dialect) {
-      throw CLI::ValidationError("--dialect",
-                                 "'" + arguments.dialect + "' is neither pvl nor nasa");
-    }
-  }
-  if (!arguments.order.empty()) {
-    options.order = ParseOrderName(arguments.order);
-    if (!options.order) {
-      throw CLI::ValidationError("--order", "'" + arguments.order + "' is neither big nor little");
-    }
-  }
+  options.dialect = ParseDialect(arguments.dialect);
+  options.order = ParseOrderName(arguments.order);
   return options;
 }
 
@@ -158,6 +148,7 @@ void RunScenes(const Arguments& arguments) {
 void AddInputOptions(CLI::App& command, Arguments& arguments) {
   command.add_option("FOLDER", arguments.folders, "Folder of a product; several are done in turn")
       ->type_name("")
+      ->check(FolderValue())
       ->required();
   command
       .add_option("--label", arguments.label,
@@ -168,7 +159,8 @@ void AddInputOptions(CLI::App& command, Arguments& arguments) {
       .add_option("--dialect", arguments.dialect,
                   "Dialect of the label: pvl or nasa (default: told by\n"
                   "its first BEGIN_GROUP or GROUP)")
-      ->type_name("NAME");
+      ->type_name("NAME")
+      ->check(ChoiceValue({DialectName(Dialect::kPvl), DialectName(Dialect::kNasa)}));
   command
       .add_option("--map", arguments.mappings,
                   "Read the label's value KEY as the value NAME of\n"
@@ -177,7 +169,9 @@ void AddInputOptions(CLI::App& command, Arguments& arguments) {
   command.add_option("--size", arguments.size, "Width and height of every band, pixels")
       ->type_name("WxH");
   command.add_option("--order", arguments.order, "Byte order of every band: big or little")
-      ->type_name("NAME");
+      ->type_name("NAME")
+      ->check(
+          ChoiceValue({OrderName(BytesOrder::boBigEndian), OrderName(BytesOrder::boLittleEndian)}));
   command
       .add_option("--band", arguments.bands,
                   "What a file in FOLDER shows (red, green, blue or a\n"
@@ -192,7 +186,8 @@ void AddOutputOptions(CLI::App& command, Arguments& arguments) {
                   "Folder to write into; of several FOLDERs each into\n"
                   "one of its own in there (default: FOLDER's name with\n"
                   "-ravelin behind it)")
-      ->type_name("OUT");
+      ->type_name("OUT")
+      ->check(FolderValue());
   command.add_flag("--pixels", arguments.pixels, "Write all pixels, too: pixels.bip with its .hdr");
   command.add_flag("--full", arguments.full, "Do not reduce the quicklook to 2048 pixels a side");
   command.add_flag("--json", arguments.json, "Print a summary in JSON instead of text");

@@ -29,7 +29,7 @@ constexpr long kMostRowSamples = 128L << 20;
 
 std::string LogText(const TSatLog& log) {
   TKvMemoryStream stream;
-  log.SaveToStream(&stream);
+  if (!log.SaveToStream(&stream)) throw std::bad_alloc();
   return stream.Bytes();
 }
 

@@ -29,7 +29,7 @@ Json StatisticsOf(const BandStatistics& statistics) {
 }
 
 Json ChannelOf(const SceneChannel& channel) {
-  Json json;
+  Json json = Json::object();
   json["key"] = channel.key;
   json["name"] = Text(channel.name);
   json["file"] = TextOrNull(channel.file);
@@ -41,7 +41,7 @@ Json ChannelOf(const SceneChannel& channel) {
 Json CornersOf(const std::optional<SceneCorners>& corners) {
   if (!corners) return Json();
   const auto point = [](const TShapeFilePoint& p) { return Json::array({p.x, p.y}); };
-  Json json;
+  Json json = Json::object();
   json["upperLeft"] = point(corners->upperLeft);
   json["upperRight"] = point(corners->upperRight);
   json["lowerRight"] = point(corners->lowerRight);
@@ -54,7 +54,7 @@ Json FileOf(const SceneReport& report, const SceneOutput::File& file) {
 }
 
 Json SceneOf(const SceneReport& report) {
-  Json json;
+  Json json = Json::object();
   json["folder"] = Text(report.folder);
   json["output"] = Text(report.output);
   json["done"] = report.error.empty();
@@ -92,7 +92,7 @@ std::string HeadLine(const SceneReport& report) {
 }  // namespace
 
 Json SceneSummary(const std::vector<SceneReport>& reports) {
-  Json json;
+  Json json = Json::object();
   json["scenes"] = Json::array();
   for (const SceneReport& report : reports) json["scenes"].push_back(SceneOf(report));
   return json;

@@ -104,6 +104,10 @@ const Case kWrongUse[] = {
      2,
      "ravelin: --rect: '0,0,4' is not X,Y,W,H in whole pixels, X and Y from 0, W and H from 1; see "
      "ravelin compose --help\n"},
+    {"OtherBits",
+     {"compose", "--size", "4x3", "--band", "1=b.raw", "--bits", "12", "-o", "a.png"},
+     2,
+     "ravelin: --bits: '12' is neither 8 nor 16; see ravelin compose --help\n"},
     {"UnknownEnding",
      {"compose", "--size", "4x3", "--band", "1=b.raw", "-o", "a.tif"},
      2,

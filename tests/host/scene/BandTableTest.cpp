@@ -72,6 +72,13 @@ TEST(BandKeys, AreNotMadeWithoutEnd) {
               HasSubstr("more than 1000 bands"));
 }
 
+TEST(BandKeys, AreRefusedBeyondTheLargestThatThereIs) {
+  EXPECT_THAT(KeysOf("FILE_NAME_BAND_2147483547 = a\n"), ElementsAre(Pair(2147483547, 2147483647)));
+  EXPECT_EQ(ErrorOf([] { KeysOf("FILE_NAME_BAND_2147483548 = a\n"); }),
+            "x.lbl: tells of a band 2147483548; the largest number is 2147483547; give --band "
+            "KEY=FILE for every band");
+}
+
 TEST(LabelBands, ComeFromGroups) {
   const SortedLabel label(Group(1, "FILE_NAME = a.raw\nBAND_NAME = nir\nCHANNEL_KIND = 32\n") +
                           Group(2, "X = 1\n"));

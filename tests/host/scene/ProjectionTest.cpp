@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/SampleLabel.h"
+#include "host/sample/SampleLabel.h"
 #include "host/scene/support/Scopes.h"
 #include "host/support/TempFolder.h"
 

@@ -9,6 +9,7 @@
 
 #include "host/scene/support/SmallProduct.h"
 #include "host/support/PngFile.h"
+#include "kv/CommaLocale.h"
 
 namespace {
 
@@ -29,6 +30,26 @@ TEST(SceneCommand, WritesEverythingThatTheProductAllows) {
        {"quicklook.png", "metadata.xml", "scene.tree", "scene.xml", "ravelin.log"}) {
     EXPECT_TRUE(product.Folder().Has(std::string("product-ravelin/") + name)) << name;
   }
+}
+
+/// What a run prints and writes in texts, in the locale of this name.
+std::string TextsOf(const SmallProduct& product, const std::string& locale) {
+  const auto setLocale = [&locale] { setenv("LC_ALL", locale.c_str(), 1); };
+  std::string texts = product.Run({"product", "-o", "out", "--pixels", "--json"}, setLocale).out;
+  for (const char* name :
+       {"metadata.xml", "scene.tree", "scene.xml", "ravelin.log", "pixels.hdr"}) {
+    texts += product.Folder().Read(std::string("out/") + name);
+  }
+  return texts;
+}
+
+TEST(SceneCommand, WritesNumbersWithADotWhateverTheLocale) {
+  SmallProduct product;
+  const std::string texts = TextsOf(product, "C");
+  EXPECT_THAT(texts, HasSubstr("\"mean\": 106.5"));
+  const kv_test::CommaLocale locale;
+  if (!locale.IsThere()) GTEST_SKIP() << "no locale with a decimal comma";
+  EXPECT_EQ(TextsOf(product, std::setlocale(LC_ALL, nullptr)), texts);
 }
 
 TEST(SceneCommand, StretchesTheQuicklookBetweenPercentiles) {

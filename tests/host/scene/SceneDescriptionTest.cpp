@@ -6,8 +6,8 @@
 #include <random>
 
 #include "host/HostError.h"
-#include "host/SampleLabel.h"
-#include "host/SampleLayout.h"
+#include "host/sample/SampleLabel.h"
+#include "host/sample/SampleLayout.h"
 #include "host/scene/support/Scopes.h"
 
 namespace {
