@@ -10,12 +10,14 @@
 #include <vector>
 
 #include "SatCommonUtils/Log.h"
+#include "bench/support/Size.h"
 
+namespace RavelinBench {
 namespace {
 
 using SatCommonUtils::TSatLog;
 
-constexpr unsigned long kMessages = 1000000;
+const long kMessages = Sized(1000000);
 
 /// A file of the benchmark's own, removed at the end.
 class TemporaryFile {
@@ -50,64 +52,63 @@ class NullStream : public TKvStream {
   bool Eof() const override { return true; }
 };
 
-void Fill(TSatLog* log) {
+void Fill(TSatLog* log, long messages) {
   const std::string message = "tile 17 of 64: 3 samples beyond the range\n";
-  for (unsigned long i = 0; i < kMessages; ++i) {
+  for (long i = 0; i < messages; ++i) {
     log->AppendMessage(static_cast<TSatLog::TMsgType>(i % 4), message);
   }
-}
-
-const TSatLog& FilledLog() {
-  static const TSatLog log = [] {
-    TSatLog filled;
-    Fill(&filled);
-    return filled;
-  }();
-  return log;
 }
 
 void Check(bool isGood) {
   if (!isGood) throw std::runtime_error("a call failed");
 }
 
-void CountLines(benchmark::State& state) {
-  state.SetItemsProcessed(state.iterations() * static_cast<long>(kMessages));
+void CountLines(benchmark::State& state, long messages) {
+  state.SetItemsProcessed(state.iterations() * messages);
 }
 
-void BenchAppend(benchmark::State& state) {
+void BenchAppend(benchmark::State& state, long messages) {
   for (auto unused : state) {
     TSatLog log;
-    Fill(&log);
+    Fill(&log, messages);
     benchmark::DoNotOptimize(log.items.data());
   }
-  CountLines(state);
+  CountLines(state, messages);
 }
 
-void BenchGet(benchmark::State& state) {
+void BenchGet(benchmark::State& state, long messages) {
+  TSatLog log;
+  Fill(&log, messages);
   for (auto unused : state) {
-    std::vector<TSatLog::TLogDataItem> messages;
-    Check(FilledLog().GetMessages(&messages) == kMessages);
+    std::vector<TSatLog::TLogDataItem> items;
+    Check(static_cast<long>(log.GetMessages(&items)) == messages);
   }
-  CountLines(state);
+  CountLines(state, messages);
 }
 
-void BenchSaveToFile(benchmark::State& state) {
+void BenchSaveToFile(benchmark::State& state, long messages) {
+  TSatLog log;
+  Fill(&log, messages);
   const TemporaryFile file;
-  for (auto unused : state) Check(FilledLog().SaveToFile(file.Path()));
-  CountLines(state);
+  for (auto unused : state) Check(log.SaveToFile(file.Path()));
+  CountLines(state, messages);
 }
 
-void BenchSaveToNothing(benchmark::State& state) {
+void BenchSaveToNothing(benchmark::State& state, long messages) {
+  TSatLog log;
+  Fill(&log, messages);
   NullStream stream;
-  for (auto unused : state) Check(FilledLog().SaveToStream(&stream));
-  CountLines(state);
+  for (auto unused : state) Check(log.SaveToStream(&stream));
+  CountLines(state, messages);
 }
 
 /// The least for one write a line: lines that are there already, straight to the system.
-void BenchFloor(benchmark::State& state) {
+void BenchFloor(benchmark::State& state, long messages) {
+  TSatLog log;
+  Fill(&log, messages);
   const TemporaryFile file;
   std::vector<std::string> lines;
-  for (const auto& item : FilledLog().items) lines.push_back(item.GetMsgLine());
+  for (const auto& item : log.items) lines.push_back(item.GetMsgLine());
   for (auto unused : state) {
     const int descriptor = ::open(file.Path().c_str(), O_WRONLY | O_TRUNC);
     for (const std::string& line : lines) {
@@ -115,15 +116,21 @@ void BenchFloor(benchmark::State& state) {
     }
     ::close(descriptor);
   }
-  CountLines(state);
+  CountLines(state, messages);
 }
 
-BENCHMARK(BenchAppend)->Name("log/append")->Unit(benchmark::kMillisecond);
-BENCHMARK(BenchGet)->Name("log/get_messages")->Unit(benchmark::kMillisecond);
-BENCHMARK(BenchSaveToFile)->Name("log/save_to_file")->Unit(benchmark::kMillisecond);
-BENCHMARK(BenchFloor)->Name("log/save_to_file/floor")->Unit(benchmark::kMillisecond);
-BENCHMARK(BenchSaveToNothing)->Name("log/save_to_nothing")->Unit(benchmark::kMillisecond);
+const bool registered = [] {
+  const auto add = [](const char* name, auto bench, long messages) {
+    benchmark::RegisterBenchmark(name, bench, messages)->Unit(benchmark::kMillisecond);
+  };
+  add("log/ours", BenchSaveToFile, kMessages);
+  add("log/floor", BenchFloor, kMessages);
+  add("log/4x", BenchSaveToFile, kGrowth * kMessages);
+  add("log_append/ours", BenchAppend, kMessages);
+  add("log_get/ours", BenchGet, kMessages);
+  add("log_save_to_nothing/ours", BenchSaveToNothing, kMessages);
+  return true;
+}();
 
 }  // namespace
-
-BENCHMARK_MAIN();
+}  // namespace RavelinBench

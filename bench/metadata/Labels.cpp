@@ -9,22 +9,10 @@
 namespace RavelinBench {
 namespace {
 
-std::string MakeStatements() {
+std::string Repeated(int bytes, const std::string& piece) {
   std::string text;
-  for (int i = 0; i < kManyStatements; ++i) {
-    if (i % 100 == 0) text += "GROUP = GROUP_" + std::to_string(i / 100) + "\n";
-    text += "  PARAMETER_" + std::to_string(i) + " = \"value of " + std::to_string(7 * i) + "\"\n";
-    if (i % 100 == 99) text += "END_GROUP = GROUP_" + std::to_string(i / 100) + "\n";
-  }
-  return text + "END\n";
-}
-
-std::string MakeSections() {
-  std::string text = "COMPD_CS[\"all\",GEOGCS[\"one\"";
-  for (int i = 0; text.size() < 1000000; ++i) {
-    text += ",AXIS[\"Easting " + std::to_string(i) + "\",EAST]";
-  }
-  return text + "]]";
+  while (text.size() < static_cast<std::size_t>(bytes)) text += piece;
+  return text;
 }
 
 std::filesystem::path DataFolder() {
@@ -34,14 +22,36 @@ std::filesystem::path DataFolder() {
 
 }  // namespace
 
-const std::string& ManyStatements() {
-  static const std::string text = MakeStatements();
-  return text;
+std::string Statements(TDialect dialect, int count) {
+  const bool nasa = dialect == TDialect::kNasa;
+  const std::string opening = nasa ? "GROUP = GROUP_" : "BEGIN_GROUP = GROUP_";
+  const std::string ending = nasa ? "\n" : ";\n";
+  std::string text;
+  for (int i = 0; i < count; ++i) {
+    const std::string group = std::to_string(i / 100);
+    if (i % 100 == 0) text.append(opening).append(group).append(ending);
+    text.append("  PARAMETER_").append(std::to_string(i)).append(" = \"value of ");
+    text.append(std::to_string(7 * i)).append("\"").append(ending);
+    if (i % 100 == 99 || i + 1 == count)
+      text.append("END_GROUP = GROUP_").append(group).append(ending);
+  }
+  return text + "END" + ending;
 }
 
-const std::string& ManySections() {
-  static const std::string text = MakeSections();
-  return text;
+std::vector<TText> HostileLabels(int bytes) {
+  return {{"open_quotes", Repeated(bytes, "a = \"b;\n")},
+          {"quoted_ends", Repeated(bytes, "a=\";\"\n")},
+          {"far_equals_sign", Repeated(bytes, "a\n") + "= 1;\n"},
+          {"vertical_tabs", Repeated(bytes, "\v\n") + "a = 1\n"},
+          {"mixture", Repeated(bytes, "a\na\nb = \"\\\n\vc = (\n= 3\n\"\nBEGIN_GROUP = x\n")}};
+}
+
+std::string Sections(int bytes) {
+  std::string text = "COMPD_CS[\"all\",GEOGCS[\"one\"";
+  for (int i = 0; text.size() < static_cast<std::size_t>(bytes); ++i) {
+    text += ",AXIS[\"Easting " + std::to_string(i) + "\",EAST]";
+  }
+  return text + "]]";
 }
 
 std::vector<TText> RealTexts(const std::string& folder) {

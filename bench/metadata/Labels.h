@@ -11,12 +11,18 @@ struct TText {
   std::string bytes;
 };
 
-/// 25,000 statements of NASA PVL in groups of a hundred, 1 MB.
-const std::string& ManyStatements();
-constexpr int kManyStatements = 25000;
+enum class TDialect { kGeneral, kNasa };
 
-/// 1 MB of WKT: siblings at depth 3.
-const std::string& ManySections();
+/// Statements of PVL in groups of a hundred; 25,000 take 1 MB.
+std::string Statements(TDialect dialect, int count);
+constexpr int kStatementsOfMegabyte = 25000;
+
+/// Texts that a careless parser would read over and over, about so many bytes, in the general
+/// dialect.
+std::vector<TText> HostileLabels(int bytes);
+
+/// WKT of about so many bytes: siblings at depth 3.
+std::string Sections(int bytes);
 
 /// The .txt files of a folder of real texts, in the order of their names; none when it is not
 /// there.

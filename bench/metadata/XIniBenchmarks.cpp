@@ -1,34 +1,41 @@
-// Writes and reads XML-ini of 100,000 items, beside a pugixml document built and saved, and parsed.
+// Writes and reads XML-ini, beside documents of pugixml and libxml2 built and saved, and parsed.
 #include <benchmark/benchmark.h>
+#include <libxml/parser.h>
+#include <libxml/tree.h>
 
+#include <memory>
 #include <pugixml.hpp>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Kv/XIni.h"
+#include "bench/support/Floor.h"
+#include "bench/support/Size.h"
 
+namespace RavelinBench {
 namespace {
 
 using StreamPointer = var_a_legacy::var_a<TKvStream*>;
+using TXmlDocument = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
 
-struct Items {
-  static constexpr int kCount = 100000;
-
-  Items() {
-    for (int i = 0; i < kCount; ++i) {
-      names.push_back("item" + std::to_string(i));
-      values.push_back("value of " + std::to_string(7 * i));
-    }
-  }
-
-  std::vector<std::string> names;
-  std::vector<std::string> values;
+struct TItem {
+  std::string name;
+  std::string value;
 };
+using TItems = std::vector<TItem>;
 
-const Items& TheItems() {
-  static const Items items;
+TItems MakeItems(int count) {
+  TItems items;
+  for (int i = 0; i < count; ++i) {
+    items.push_back({"item" + std::to_string(i), "value of " + std::to_string(7 * i)});
+  }
   return items;
+}
+
+const xmlChar* Xml(const std::string& text) {
+  return reinterpret_cast<const xmlChar*>(text.c_str());
 }
 
 /// pugixml's output to a framework stream.
@@ -41,87 +48,143 @@ class StreamSink : public pugi::xml_writer {
   TKvStream* stream_;
 };
 
-void WriteWithRavelin(const StreamPointer& stream) {
+void Write(const TItems& items, const StreamPointer& stream) {
   TKvXIniStreamWriter writer(stream, 0, TKvXIniStreamWriter::htDocument);
-  for (int i = 0; i < Items::kCount; ++i) {
-    const auto k = static_cast<std::size_t>(i);
-    writer.WriteS<std::string>(TheItems().names[k], TheItems().values[k]);
-  }
+  for (const TItem& item : items) writer.WriteS<std::string>(item.name, item.value);
   if (!writer.Close()) throw std::runtime_error("the writer failed");
 }
 
-void WriteWithPugixml(const StreamPointer& stream) {
+void WriteWithPugixml(const TItems& items, const StreamPointer& stream) {
   pugi::xml_document document;
   pugi::xml_node root = document.append_child("xini");
-  for (int i = 0; i < Items::kCount; ++i) {
-    const auto k = static_cast<std::size_t>(i);
-    root.append_child(TheItems().names[k].c_str()).text().set(TheItems().values[k].c_str());
+  for (const TItem& item : items) {
+    root.append_child(item.name.c_str()).text().set(item.value.c_str());
   }
   StreamSink sink(stream.get());
   document.save(sink, "\t");
 }
 
-const std::string& TheDocument() {
-  static const std::string document = [] {
-    auto* bytes = new TKvMemoryStream;
-    const StreamPointer stream(bytes);
-    WriteWithRavelin(stream);
-    return bytes->Bytes();
-  }();
+void WriteWithLibxml2(const TItems& items, const StreamPointer& stream) {
+  const TXmlDocument document(xmlNewDoc(Xml("1.0")), &xmlFreeDoc);
+  xmlNode* const root = xmlNewNode(nullptr, Xml("xini"));
+  xmlDocSetRootElement(document.get(), root);
+  for (const TItem& item : items) xmlNewTextChild(root, nullptr, Xml(item.name), Xml(item.value));
+  xmlChar* bytes = nullptr;
+  int size = 0;
+  xmlDocDumpFormatMemory(document.get(), &bytes, &size, 1);
+  const std::unique_ptr<xmlChar, decltype(xmlFree)> owner(bytes, xmlFree);
+  stream->Write(bytes, static_cast<unsigned long>(size));
+}
+
+std::string Document(int count) {
+  auto* const bytes = new TKvMemoryStream;
+  const StreamPointer stream(bytes);
+  Write(MakeItems(count), stream);
+  return bytes->Bytes();
+}
+
+void BenchWrite(benchmark::State& state, void (*write)(const TItems&, const StreamPointer&),
+                int count) {
+  const TItems items = MakeItems(count);
+  for (auto unused : state) write(items, StreamPointer(new TKvMemoryStream));
+  state.SetItemsProcessed(state.iterations() * count);
+}
+
+/// Appends the pieces of the document.
+void BenchWriteFloor(benchmark::State& state, int count) {
+  const std::string document = Document(count);
+  const std::vector<std::string_view> pieces = Pieces(document);
+  for (auto unused : state) {
+    const std::string out = Joined(pieces);
+    TKvMemoryStream stream;
+    stream.Write(out.data(), out.size());
+  }
+  state.SetItemsProcessed(state.iterations() * count);
+}
+
+void Parse(const std::string& document) {
+  const TKvXIniReader reader(StreamPointer(new TKvMemoryStream(document)));
+  benchmark::DoNotOptimize(&reader);
+}
+
+void ParseWithPugixml(const std::string& bytes) {
+  pugi::xml_document document;
+  if (!document.load_buffer(bytes.data(), bytes.size())) throw std::runtime_error("not parsed");
+}
+
+TXmlDocument Parsed(const std::string& bytes) {
+  TXmlDocument document(
+      xmlReadMemory(bytes.data(), static_cast<int>(bytes.size()), "", nullptr, XML_PARSE_HUGE),
+      &xmlFreeDoc);
+  if (document == nullptr) throw std::runtime_error("not parsed");
   return document;
 }
 
-template <class Write>
-void BenchWrite(benchmark::State& state, Write write) {
-  for (auto unused : state) write(StreamPointer(new TKvMemoryStream));
-  state.SetItemsProcessed(state.iterations() * Items::kCount);
+void ParseWithLibxml2(const std::string& bytes) {
+  Parsed(bytes);
 }
 
-void BenchReadRavelin(benchmark::State& state) {
-  const StreamPointer stream(new TKvMemoryStream(TheDocument()));
-  for (auto unused : state) {
-    const TKvXIniReader reader(stream);
-    benchmark::DoNotOptimize(&reader);
+void ReadValues(const std::string& document) {
+  const TKvXIniReader reader(StreamPointer(new TKvMemoryStream(document)));
+  for (unsigned long i = 0; reader.HasItem(i); ++i) {
+    benchmark::DoNotOptimize(reader.ReadE<std::string>(i).size());
   }
-  state.SetBytesProcessed(state.iterations() * static_cast<long>(TheDocument().size()));
 }
 
-void BenchReadPugixml(benchmark::State& state) {
-  for (auto unused : state) {
-    pugi::xml_document document;
-    document.load_buffer(TheDocument().data(), TheDocument().size());
-    benchmark::DoNotOptimize(&document);
+void ReadValuesWithPugixml(const std::string& bytes) {
+  pugi::xml_document document;
+  document.load_buffer(bytes.data(), bytes.size());
+  for (const pugi::xml_node item : document.first_child()) {
+    benchmark::DoNotOptimize(std::string(item.child_value()).size());
   }
-  state.SetBytesProcessed(state.iterations() * static_cast<long>(TheDocument().size()));
 }
 
-void BenchReadValuesRavelin(benchmark::State& state) {
-  const StreamPointer stream(new TKvMemoryStream(TheDocument()));
-  for (auto unused : state) {
-    const TKvXIniReader reader(stream);
-    for (unsigned long i = 0; reader.HasItem(i); ++i) {
-      benchmark::DoNotOptimize(reader.ReadE<std::string>(i).size());
-    }
+void ReadValuesWithLibxml2(const std::string& bytes) {
+  const TXmlDocument document = Parsed(bytes);
+  for (xmlNode* item = xmlDocGetRootElement(document.get())->children; item != nullptr;
+       item = item->next) {
+    if (item->type != XML_ELEMENT_NODE) continue;
+    const std::unique_ptr<xmlChar, decltype(xmlFree)> value(xmlNodeGetContent(item), xmlFree);
+    benchmark::DoNotOptimize(std::string(reinterpret_cast<const char*>(value.get())).size());
   }
-  state.SetBytesProcessed(state.iterations() * static_cast<long>(TheDocument().size()));
 }
 
-void BenchReadValuesPugixml(benchmark::State& state) {
-  for (auto unused : state) {
-    pugi::xml_document document;
-    document.load_buffer(TheDocument().data(), TheDocument().size());
-    for (const pugi::xml_node item : document.first_child()) {
-      benchmark::DoNotOptimize(std::string(item.child_value()).size());
-    }
-  }
-  state.SetBytesProcessed(state.iterations() * static_cast<long>(TheDocument().size()));
+/// Finds the lines of the document and copies them.
+void ReadFloor(const std::string& document) {
+  std::string copy(document.size(), '\0');
+  CopyLines(document, &copy);
 }
 
-BENCHMARK_CAPTURE(BenchWrite, ravelin, WriteWithRavelin)->Name("xini_write/ravelin");
-BENCHMARK_CAPTURE(BenchWrite, pugixml, WriteWithPugixml)->Name("xini_write/pugixml");
-BENCHMARK(BenchReadRavelin)->Name("xini_parse/ravelin");
-BENCHMARK(BenchReadPugixml)->Name("xini_parse/pugixml");
-BENCHMARK(BenchReadValuesRavelin)->Name("xini_values/ravelin");
-BENCHMARK(BenchReadValuesPugixml)->Name("xini_values/pugixml");
+void BenchRead(benchmark::State& state, void (*read)(const std::string&), int count) {
+  const std::string document = Document(count);
+  for (auto unused : state) read(document);
+  state.SetBytesProcessed(state.iterations() * static_cast<long>(document.size()));
+}
+
+template <class... Arguments>
+void Register(const char* name, Arguments... arguments) {
+  benchmark::RegisterBenchmark(name, arguments...)->Unit(benchmark::kMillisecond);
+}
+
+const bool registered = [] {
+  const int count = Sized(100000);
+  Register("xini_write/ours", BenchWrite, Write, count);
+  Register("xini_write/peer:pugixml", BenchWrite, WriteWithPugixml, count);
+  Register("xini_write/peer:libxml2", BenchWrite, WriteWithLibxml2, count);
+  Register("xini_write/floor", BenchWriteFloor, count);
+  Register("xini_write/4x", BenchWrite, Write, kGrowth * count);
+  Register("xini_parse/ours", BenchRead, Parse, count);
+  Register("xini_parse/peer:pugixml", BenchRead, ParseWithPugixml, count);
+  Register("xini_parse/peer:libxml2", BenchRead, ParseWithLibxml2, count);
+  Register("xini_parse/floor", BenchRead, ReadFloor, count);
+  Register("xini_parse/4x", BenchRead, Parse, kGrowth * count);
+  Register("xini_values/ours", BenchRead, ReadValues, count);
+  Register("xini_values/peer:pugixml", BenchRead, ReadValuesWithPugixml, count);
+  Register("xini_values/peer:libxml2", BenchRead, ReadValuesWithLibxml2, count);
+  Register("xini_values/floor", BenchRead, ReadFloor, count);
+  Register("xini_values/4x", BenchRead, ReadValues, kGrowth * count);
+  return true;
+}();
 
 }  // namespace
+}  // namespace RavelinBench

@@ -8,6 +8,8 @@
 #include <random>
 #include <stdexcept>
 
+#include "bench/support/Size.h"
+
 namespace RavelinBench {
 namespace {
 
@@ -32,10 +34,16 @@ void WriteWhole(const std::string& path, const void* bytes, std::size_t count) {
   if (count > 0) throw std::runtime_error("cannot write " + path);
 }
 
-TRawFile MakeFile(const std::filesystem::path& path, long width, long height, unsigned seed) {
-  const auto bytes = static_cast<std::size_t>(width * height * 2);
-  WriteWhole(path.string(), Noise(bytes, seed).data(), bytes);
-  return {path.string(), width, height};
+/// A side in pixels; twice as long in large images, a quarter as long in a quick run.
+long Side(long full, bool isLarge) {
+  return full * (isLarge ? 2 : 1) / (IsQuick() ? 4 : 1);
+}
+
+constexpr long kTilesAcross = 8;
+constexpr long kMosaicSide = 8192;
+
+std::string FileName(const TDataSet& set, std::size_t i) {
+  return set.name + (set.isLarge ? "_large_" : "_") + std::to_string(i) + ".img";
 }
 
 }  // namespace
@@ -51,32 +59,50 @@ TTempFolder::~TTempFolder() {
   std::filesystem::remove_all(path_, ignored);
 }
 
-TDataSet MakeRawBand(const std::filesystem::path& folder) {
-  constexpr long kSide = 8192;
-  return {"raw", kSide, kSide, 1, 1, {MakeFile(folder / "raw.img", kSide, kSide, 1)}};
+TDataSet RawBand(const std::filesystem::path& folder, bool isLarge) {
+  TDataSet set = Bands(folder, 1, isLarge);
+  set.name = "raw";
+  set.width = set.height = Side(8192, isLarge);
+  set.files[0] = {(folder / FileName(set, 0)).string(), set.width, set.height, 1};
+  return set;
 }
 
-TDataSet MakeBands(const std::filesystem::path& folder, int channels) {
-  constexpr long kSide = 4096;
-  const std::string name = "bands" + std::to_string(channels);
-  TDataSet set{name, kSide, kSide, channels, 1, {}};
+TDataSet Bands(const std::filesystem::path& folder, int channels, bool isLarge) {
+  const long side = Side(4096, isLarge);
+  TDataSet set{"bands" + std::to_string(channels), side, side, channels, 1, 0, isLarge, {}};
   for (int channel = 0; channel < channels; ++channel) {
-    const std::string file = name + "_" + std::to_string(channel) + ".img";
+    const std::string file = FileName(set, static_cast<std::size_t>(channel));
     const auto seed = static_cast<unsigned>(100 * channels + channel);
-    set.files.push_back(MakeFile(folder / file, kSide, kSide, seed));
+    set.files.push_back({(folder / file).string(), side, side, seed});
   }
   return set;
 }
 
-TDataSet MakeMosaic(const std::filesystem::path& folder) {
-  constexpr long kTiles = 8;
-  constexpr long kSide = 1024;
-  TDataSet set{"mosaic", kTiles * kSide, kTiles * kSide, 1, kTiles, {}};
-  for (unsigned tile = 0; tile < kTiles * kTiles; ++tile) {
-    const std::string file = "tile" + std::to_string(tile) + ".img";
-    set.files.push_back(MakeFile(folder / file, kSide, kSide, 1000 + tile));
+TDataSet Mosaic(const std::filesystem::path& folder, bool isLarge) {
+  const long across = kTilesAcross * (isLarge ? 2 : 1);
+  const long side = Side(kMosaicSide, false) / kTilesAcross;
+  TDataSet set{"mosaic", across * side, across * side, 1, across, 0, isLarge, {}};
+  for (std::size_t tile = 0; tile < static_cast<std::size_t>(across * across); ++tile) {
+    const auto seed = static_cast<unsigned>(1000 + tile);
+    set.files.push_back({(folder / FileName(set, tile)).string(), side, side, seed});
   }
   return set;
+}
+
+TDataSet MosaicLevel(unsigned long level, bool isLarge) {
+  TDataSet set = Mosaic({}, isLarge);
+  set.width >>= level;
+  set.height >>= level;
+  set.level = level;
+  return set;
+}
+
+void MakeFiles(const TDataSet& set) {
+  if (set.level > 0) return;
+  for (const TRawFile& file : set.files) {
+    const auto bytes = static_cast<std::size_t>(file.width * file.height * 2);
+    WriteWhole(file.path, Noise(bytes, file.seed).data(), bytes);
+  }
 }
 
 }  // namespace RavelinBench

@@ -5,12 +5,15 @@
 #include "bench/raster/FusedKernel.h"
 #include "bench/raster/Reader.h"
 #include "raster/PixelKernels.h"
+#include "raster/WideInterleave.h"
 
 namespace RavelinBench {
 namespace {
 
 using SatCommonUtils::Kernels;
 using SatCommonUtils::kMaxKernelChannels;
+
+constexpr int kMostChannels = 16;
 
 /// Without the fused kernel: samples of a channel that are exchanged before they are interleaved;
 /// those of all channels stay in the nearest cache.
@@ -91,17 +94,21 @@ class TBandsFloor : public TReader {
 
   void WritePiece(unsigned char* out, long x, long row, long count) {
     const auto samples = static_cast<std::size_t>(count);
-    std::array<const unsigned char*, kMaxKernelChannels> pieces{};
+    std::array<const unsigned char*, kMostChannels> pieces{};
     for (std::size_t k = 0; k < bands_.size(); ++k) {
       Kernels().copySwapped(swapped_[k].data(), bands_[k]->At(x, row), samples);
       pieces[k] = swapped_[k].data();
     }
-    Kernels().interleave(out, pieces.data(), static_cast<int>(bands_.size()), samples);
+    if (bands_.size() > kMaxKernelChannels) {
+      SatCommonUtils::InterleaveWide(out, pieces.data(), bands_.size(), samples);
+    } else {
+      Kernels().interleave(out, pieces.data(), static_cast<int>(bands_.size()), samples);
+    }
   }
 
-  bool fused_ = SatCommonUtils::Avx2Kernels() != nullptr;
   std::vector<std::unique_ptr<TMappedBand>> bands_;
-  alignas(64) std::array<std::array<unsigned char, 2 * kPiece>, kMaxKernelChannels> swapped_{};
+  bool fused_ = SatCommonUtils::Avx2Kernels() != nullptr && bands_.size() <= kMaxKernelChannels;
+  alignas(64) std::array<std::array<unsigned char, 2 * kPiece>, kMostChannels> swapped_{};
 };
 
 class TMosaicFloor : public TReader {

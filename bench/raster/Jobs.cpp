@@ -5,6 +5,8 @@
 #include <random>
 #include <stdexcept>
 
+#include "bench/support/Size.h"
+
 namespace RavelinBench {
 namespace {
 
@@ -22,12 +24,12 @@ std::vector<TWindow> Tiles(const TDataSet& set, long tileWidth, long tileHeight)
 
 /// The same ones in every run.
 std::vector<TWindow> RandomWindows(const TDataSet& set, long side) {
-  constexpr int kCount = 1000;
+  const int count = (set.isLarge ? kGrowth : 1) * Sized(1000);
   std::mt19937 random(20240611);
   std::uniform_int_distribution<long> x(0, set.width - side);
   std::uniform_int_distribution<long> y(0, set.height - side);
   std::vector<TWindow> windows;
-  for (int i = 0; i < kCount; ++i) {
+  for (int i = 0; i < count; ++i) {
     const long left = x(random);
     windows.push_back({left, y(random), side, side});
   }
@@ -53,6 +55,9 @@ std::size_t TJob::PassBytes() const {
 }
 
 std::vector<TJob> JobsFor(const TDataSet& set) {
+  if (set.level > 0) {
+    return {{set.name + "/level" + std::to_string(set.level), &set, Tiles(set, set.width, 256)}};
+  }
   std::vector<TJob> jobs{{set.name + "/whole", &set, Tiles(set, set.width, 256)}};
   if (!set.IsMosaic()) jobs.push_back({set.name + "/tiles", &set, Tiles(set, 512, 512)});
   const long side = set.IsMosaic() ? 512 : 256;

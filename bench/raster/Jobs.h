@@ -20,7 +20,8 @@ struct TJob {
 };
 
 /// For an image in bands: whole in blocks of 256 rows as the command asks, in tiles of 512 x 512,
-/// in 1000 random windows of 256 x 256. For a mosaic: whole, in 1000 random windows of 512 x 512.
+/// in 1000 random windows of 256 x 256. For a mosaic: whole, in 1000 random windows of 512 x 512;
+/// of a level of it: whole.
 std::vector<TJob> JobsFor(const TDataSet& set);
 
 /// Reads every window with each reader (null ones left out) and throws std::runtime_error naming

@@ -12,7 +12,7 @@ using namespace SatCommonUtils;
 using TBand = var_a_legacy::var_a<TBasePushbroomDibData*>;
 
 /// Keys that a compositor of bands puts in this order.
-constexpr int kBandKeys[] = {6, 4, 3, 33, 34, 35, 36};
+constexpr int kBandKeys[] = {6, 4, 3, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42};
 
 TBand OpenBand(const TRawFile& file) {
   const var_a_legacy::var_a<TKvStream*> stream(

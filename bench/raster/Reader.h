@@ -34,4 +34,9 @@ std::unique_ptr<TReader> MakeFloorReader(const TDataSet& set);
 /// at build time.
 std::unique_ptr<TReader> MakeGdalReader(const TDataSet& set);
 
+/// A level of a mosaic: the module's stitched raster over envelopes of rasters in memory; the floor
+/// has each of these write its part straight into the output.
+std::unique_ptr<TReader> MakeModuleLevelReader(const TDataSet& set);
+std::unique_ptr<TReader> MakeFloorLevelReader(const TDataSet& set);
+
 }  // namespace RavelinBench

@@ -49,14 +49,14 @@ std::string TTableReporter::Ratio(const std::string& over, const std::string& un
 
 void TTableReporter::PrintJobs(std::ostream& out, const std::vector<std::string>& groups) const {
   out << "\nMilliseconds a pass, medians\n";
-  PrintLine(out, "job", {"ravelin", "gdal", "floor", "gdal/ravelin", "ravelin/floor"});
+  PrintLine(out, "job", {"ours", "GDAL", "floor", "GDAL / ours", "ours / floor"});
   for (const std::string& group : groups) {
-    const std::string ravelin = group + "/ravelin";
-    const std::string gdal = group + "/gdal";
+    const std::string ours = group + "/ours";
+    const std::string gdal = group + "/peer:GDAL";
     const std::string floor = group + "/floor";
     PrintLine(out, group,
-              {Milliseconds(ravelin), Milliseconds(gdal), Milliseconds(floor), Ratio(gdal, ravelin),
-               Ratio(ravelin, floor)});
+              {Milliseconds(ours), Milliseconds(gdal), Milliseconds(floor), Ratio(gdal, ours),
+               Ratio(ours, floor)});
   }
 }
 

@@ -13,7 +13,7 @@
 namespace RavelinBench {
 namespace {
 
-constexpr std::size_t kBytes = 156 + (kPoints + 1UL) * 16;
+const std::size_t kBytes = 156 + (static_cast<std::size_t>(kPoints) + 1) * 16;
 
 class TDescriptor {
  public:
@@ -39,7 +39,7 @@ void Load(const std::string& path, char* bytes) {
 
 void BenchWrite(benchmark::State& state) {
   const std::unique_ptr<char[]> bytes(new char[kBytes]);
-  Load(RingFile(), bytes.get());
+  Load(RingFile("ready.shp", kPoints), bytes.get());
   const std::string path = TemporaryPath("floor.shp");
   for (auto unused : state) {
     const TDescriptor file(path, O_WRONLY | O_CREAT | O_TRUNC);
@@ -50,7 +50,7 @@ void BenchWrite(benchmark::State& state) {
 }
 
 void BenchRead(benchmark::State& state) {
-  const std::string& path = RingFile();
+  const std::string path = RingFile("floor_read.shp", kPoints);
   for (auto unused : state) {
     const std::unique_ptr<char[]> bytes(new char[kBytes]);
     Load(path, bytes.get());
@@ -58,8 +58,8 @@ void BenchRead(benchmark::State& state) {
   }
 }
 
-BENCHMARK(BenchWrite)->Name("write/floor")->Unit(benchmark::kMillisecond);
-BENCHMARK(BenchRead)->Name("read/floor")->Unit(benchmark::kMillisecond);
+BENCHMARK(BenchWrite)->Name("shapefile_write/floor")->Unit(benchmark::kMillisecond);
+BENCHMARK(BenchRead)->Name("shapefile_read/floor")->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace RavelinBench

@@ -12,7 +12,7 @@ namespace RavelinBench {
 namespace {
 
 OGRPolygon Polygon() {
-  const TClosedRing& closed = ClosedRing();
+  const TClosedRing closed = ClosedRing(kPoints);
   OGRLinearRing ring;
   ring.setPoints(static_cast<int>(closed.x.size()), closed.x.data(), closed.y.data());
   OGRPolygon polygon;
@@ -45,7 +45,7 @@ void BenchWrite(benchmark::State& state) {
 }
 
 void BenchRead(benchmark::State& state) {
-  const std::string path = TemporaryPath("ogr.shp");
+  const std::string path = TemporaryPath("ogr_read.shp");
   Write(path, Polygon());
   for (auto unused : state) {
     if (ReadPoints(path) != kPoints + 1) throw std::runtime_error("points are missing");
@@ -54,8 +54,9 @@ void BenchRead(benchmark::State& state) {
 
 const bool registered = [] {
   GDALAllRegister();
-  benchmark::RegisterBenchmark("write/ogr", BenchWrite)->Unit(benchmark::kMillisecond);
-  benchmark::RegisterBenchmark("read/ogr", BenchRead)->Unit(benchmark::kMillisecond);
+  benchmark::RegisterBenchmark("shapefile_write/peer:OGR", BenchWrite)
+      ->Unit(benchmark::kMillisecond);
+  benchmark::RegisterBenchmark("shapefile_read/peer:OGR", BenchRead)->Unit(benchmark::kMillisecond);
   return true;
 }();
 

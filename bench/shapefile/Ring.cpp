@@ -32,32 +32,26 @@ class TFolder {
 
 }  // namespace
 
-const SatCommonUtils::TShapeFileRing& Ring() {
-  static const SatCommonUtils::TShapeFileRing ring = [] {
-    SatCommonUtils::TShapeFileRing points(kPoints);
-    std::mt19937 random(1);
-    std::uniform_real_distribution<double> radius(9.9, 10.0);
-    for (int i = 0; i < kPoints; ++i) {
-      const double angle = -2 * M_PI * i / kPoints;
-      const double r = radius(random);
-      points[static_cast<std::size_t>(i)] = {r * std::cos(angle), r * std::sin(angle)};
-    }
-    return points;
-  }();
+SatCommonUtils::TShapeFileRing Ring(int points) {
+  SatCommonUtils::TShapeFileRing ring;
+  std::mt19937 random(1);
+  std::uniform_real_distribution<double> radius(9.9, 10.0);
+  for (int i = 0; i < points; ++i) {
+    const double angle = -2 * M_PI * i / points;
+    const double r = radius(random);
+    ring.push_back({r * std::cos(angle), r * std::sin(angle)});
+  }
   return ring;
 }
 
-const TClosedRing& ClosedRing() {
-  static const TClosedRing closed = [] {
-    TClosedRing ring;
-    for (const auto& point : Ring()) {
-      ring.x.push_back(point.x);
-      ring.y.push_back(point.y);
-    }
-    ring.x.push_back(ring.x.front());
-    ring.y.push_back(ring.y.front());
-    return ring;
-  }();
+TClosedRing ClosedRing(int points) {
+  TClosedRing closed;
+  for (const auto& point : Ring(points)) {
+    closed.x.push_back(point.x);
+    closed.y.push_back(point.y);
+  }
+  closed.x.push_back(closed.x.front());
+  closed.y.push_back(closed.y.front());
   return closed;
 }
 
@@ -66,15 +60,12 @@ std::string TemporaryPath(const std::string& name) {
   return folder.Path() + "/" + name;
 }
 
-const std::string& RingFile() {
-  static const std::string path = [] {
-    SatCommonUtils::TShapeFilePolygonData data;
-    std::string name = TemporaryPath("ring.shp");
-    if (!data.Setup({Ring()}) || !data.WriteToFile(name)) {
-      throw std::runtime_error("the ring cannot be written");
-    }
-    return name;
-  }();
+std::string RingFile(const std::string& name, int points) {
+  SatCommonUtils::TShapeFilePolygonData data;
+  std::string path = TemporaryPath(name);
+  if (!data.Setup({Ring(points)}) || !data.WriteToFile(path)) {
+    throw std::runtime_error("the ring cannot be written");
+  }
   return path;
 }
 

@@ -1,29 +1,30 @@
-// What the shapefile benchmarks write and read: one ring of a million points.
+// What the shapefile benchmarks write and read: one ring of a million points, and a larger one.
 #pragma once
 
 #include <string>
 #include <vector>
 
 #include "SatCommonUtils/Shapefile.h"
+#include "bench/support/Size.h"
 
 namespace RavelinBench {
 
-constexpr int kPoints = 1000000;
+inline const int kPoints = Sized(1000000);
 
 /// A circle with a rough edge, clockwise, without the closing point.
-const SatCommonUtils::TShapeFileRing& Ring();
+SatCommonUtils::TShapeFileRing Ring(int points);
 
 /// The ring as it is drawn, closed: x and y apart, as the peers take them.
 struct TClosedRing {
   std::vector<double> x;
   std::vector<double> y;
 };
-const TClosedRing& ClosedRing();
+TClosedRing ClosedRing(int points);
 
 /// A path in a folder for temporary files, which is removed at the end of the program.
 std::string TemporaryPath(const std::string& name);
 
-/// The main file of the ring, written by the module; the index that the peers want lies beside it.
-const std::string& RingFile();
+/// The main file of a ring, written by the module; the caller names it.
+std::string RingFile(const std::string& name, int points);
 
 }  // namespace RavelinBench

@@ -15,7 +15,7 @@ using TFile = std::unique_ptr<SHPInfo, decltype(&SHPClose)>;
 using TObject = std::unique_ptr<SHPObject, decltype(&SHPDestroyObject)>;
 
 TObject Object() {
-  const TClosedRing& ring = ClosedRing();
+  const TClosedRing ring = ClosedRing(kPoints);
   return {SHPCreateSimpleObject(SHPT_POLYGON, static_cast<int>(ring.x.size()), ring.x.data(),
                                 ring.y.data(), nullptr),
           &SHPDestroyObject};
@@ -35,7 +35,7 @@ void BenchWrite(benchmark::State& state) {
 }
 
 void BenchRead(benchmark::State& state) {
-  const std::string path = TemporaryPath("shapelib.shp");
+  const std::string path = TemporaryPath("shapelib_read.shp");
   Write(path, Object().get());
   for (auto unused : state) {
     const TFile file(SHPOpen(path.c_str(), "rb"), &SHPClose);
@@ -46,8 +46,8 @@ void BenchRead(benchmark::State& state) {
   }
 }
 
-BENCHMARK(BenchWrite)->Name("write/shapelib")->Unit(benchmark::kMillisecond);
-BENCHMARK(BenchRead)->Name("read/shapelib")->Unit(benchmark::kMillisecond);
+BENCHMARK(BenchWrite)->Name("shapefile_write/peer:shapelib")->Unit(benchmark::kMillisecond);
+BENCHMARK(BenchRead)->Name("shapefile_read/peer:shapelib")->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace RavelinBench

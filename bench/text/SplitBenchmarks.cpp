@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "SatCommonUtils/Text.h"
+#include "bench/support/Size.h"
 
 namespace RavelinBench {
 namespace {
@@ -22,20 +23,17 @@ using SatCommonUtils::SplitStringQuot;
 constexpr std::size_t kBytes = 10000000;
 
 /// Numbers as measurements have them, six to seventeen digits, a blank between two.
-const std::string& Numbers() {
-  static const std::string text = [] {
-    std::mt19937_64 random(1);
-    std::string made;
-    while (made.size() < kBytes) {
-      const double value = std::uniform_real_distribution<double>(-1000, 1000)(random);
-      char number[40];
-      std::snprintf(number, sizeof number, "%.*g ", static_cast<int>(6 + random() % 12), value);
-      made += number;
-    }
-    made.pop_back();
-    return made;
-  }();
-  return text;
+std::string Numbers(std::size_t bytes) {
+  std::mt19937_64 random(1);
+  std::string made;
+  while (made.size() < bytes) {
+    const double value = std::uniform_real_distribution<double>(-1000, 1000)(random);
+    char number[40];
+    std::snprintf(number, sizeof number, "%.*g ", static_cast<int>(6 + random() % 12), value);
+    made += number;
+  }
+  made.pop_back();
+  return made;
 }
 
 /// Fields of eight bytes, a comma behind each.
@@ -100,16 +98,27 @@ void SetSpeed(benchmark::State& state, const std::string& text) {
   state.SetBytesProcessed(state.iterations() * static_cast<long>(text.size()));
 }
 
-void BenchNumbers(benchmark::State& state, std::vector<double> (*split)(const std::string&)) {
-  const std::string& text = Numbers();
+void BenchNumbers(benchmark::State& state, std::vector<double> (*split)(const std::string&),
+                  int bytes) {
+  const std::string text = Numbers(static_cast<std::size_t>(bytes));
   if (split(text) != ByScan(text)) throw std::runtime_error("the numbers differ");
   for (auto unused : state) benchmark::DoNotOptimize(split(text));
   SetSpeed(state, text);
 }
 
-BENCHMARK_CAPTURE(BenchNumbers, , BySplitting)->Name("numbers/ravelin");
-BENCHMARK_CAPTURE(BenchNumbers, , ByFromChars)->Name("numbers/from_chars");
-BENCHMARK_CAPTURE(BenchNumbers, , ByScan)->Name("numbers/sscanf");
+void RegisterNumbers(const char* name, std::vector<double> (*split)(const std::string&),
+                     int bytes) {
+  benchmark::RegisterBenchmark(name, BenchNumbers, split, bytes)->Unit(benchmark::kMillisecond);
+}
+
+const bool registered = [] {
+  const int bytes = Sized(10000000);
+  RegisterNumbers("numbers/ours", BySplitting, bytes);
+  RegisterNumbers("numbers/peer:sscanf", ByScan, bytes);
+  RegisterNumbers("numbers/floor", ByFromChars, bytes);
+  RegisterNumbers("numbers/4x", BySplitting, kGrowth * bytes);
+  return true;
+}();
 
 using ArraySplitter = unsigned int (*)(const char*, const char*, std::string*, unsigned int,
                                        TKvProgressHandler*, bool);

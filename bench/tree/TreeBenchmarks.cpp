@@ -1,20 +1,25 @@
 // Reads, writes and copies a tree of 100,000 fields, beside the least that passing over the text
-// costs, and pugixml's parse of the same document.
+// costs, and pugixml's and libxml2's parse of the same document.
 #include <benchmark/benchmark.h>
 
-#include <cstring>
+#include <libxml/parser.h>
+
+#include <memory>
 #include <pugixml.hpp>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "SatCommonUtils/Tree.h"
+#include "bench/support/Floor.h"
+#include "bench/support/Size.h"
 
+namespace RavelinBench {
 namespace {
 
 using namespace SatCommonUtils;
 using StreamPointer = var_a_legacy::var_a<TKvStream*>;
-
-constexpr int kFields = 100000;
 
 /// As if read from text: inserting them would compare each with all before it.
 std::string MakeText(long count) {
@@ -27,27 +32,22 @@ std::string MakeText(long count) {
   return text + "\n";
 }
 
-const std::string& Text() {
-  static const std::string text = MakeText(kFields);
-  return text;
-}
-
 void Read(const std::string& text, TStringTree* tree) {
   tree->ReadFromString(text.c_str(), nullptr, nullptr);
 }
 
-std::string MakeXml() {
-  TStringTree tree(0, 0, nullptr, "");
-  Read(Text(), &tree);
-  auto* const bytes = new TKvMemoryStream;
-  TKvXIniStreamWriter writer(StreamPointer(bytes), 0, TKvXIniStreamWriter::htDocument);
+void WriteXml(const TStringTree& tree, const StreamPointer& stream) {
+  TKvXIniStreamWriter writer(stream, 0, TKvXIniStreamWriter::htDocument);
   if (!tree.WriteToXML(&writer) || !writer.Close()) throw std::runtime_error("the writer failed");
-  return bytes->Bytes();
 }
 
-const std::string& Xml() {
-  static const std::string xml = MakeXml();
-  return xml;
+std::string MakeXml(long count) {
+  TStringTree tree(0, 0, nullptr, "");
+  Read(MakeText(count), &tree);
+  auto* const bytes = new TKvMemoryStream;
+  const StreamPointer stream(bytes);
+  WriteXml(tree, stream);
+  return bytes->Bytes();
 }
 
 void SetSpeed(benchmark::State& state, const std::string& text) {
@@ -55,79 +55,96 @@ void SetSpeed(benchmark::State& state, const std::string& text) {
 }
 
 /// Reading and destroying what was read.
-void TextRead(benchmark::State& state) {
+void TextRead(benchmark::State& state, long count) {
+  const std::string text = MakeText(count);
   for (auto unused : state) {
     TStringTree tree(0, 0, nullptr, "");
-    Read(Text(), &tree);
-    if (tree.fields.size() != kFields) throw std::runtime_error("fields are missing");
+    Read(text, &tree);
+    if (static_cast<long>(tree.fields.size()) != count) {
+      throw std::runtime_error("fields are missing");
+    }
   }
-  SetSpeed(state, Text());
+  SetSpeed(state, text);
 }
 
 /// Finds the lines and copies each.
-void TextFloor(benchmark::State& state) {
-  std::string copy(Text().size(), '\0');
-  for (auto unused : state) {
-    const char* line = Text().data();
-    const char* const end = line + Text().size();
-    char* to = copy.data();
-    while (line != end) {
-      const void* const feed = std::memchr(line, '\n', static_cast<std::size_t>(end - line));
-      const auto length = static_cast<std::size_t>(static_cast<const char*>(feed) + 1 - line);
-      std::memcpy(to, line, length);
-      to += length;
-      line += length;
-    }
-    benchmark::DoNotOptimize(copy.data());
-  }
-  if (copy != Text()) throw std::runtime_error("the copy is another text");
-  SetSpeed(state, Text());
+void LinesFloor(benchmark::State& state, std::string (*make)(long), long count) {
+  const std::string text = make(count);
+  std::string copy(text.size(), '\0');
+  for (auto unused : state) CopyLines(text, &copy);
+  if (copy != text) throw std::runtime_error("the copy is another text");
+  SetSpeed(state, text);
 }
 
-void TextWrite(benchmark::State& state) {
+void TextWrite(benchmark::State& state, long count) {
+  const std::string text = MakeText(count);
   TStringTree tree(0, 0, nullptr, "");
-  Read(Text(), &tree);
-  if (WriteTreeToString(tree) != Text()) throw std::runtime_error("the text is another");
+  Read(text, &tree);
+  if (WriteTreeToString(tree) != text) throw std::runtime_error("the text is another");
   for (auto unused : state) benchmark::DoNotOptimize(WriteTreeToString(tree));
-  SetSpeed(state, Text());
+  SetSpeed(state, text);
 }
 
-void XmlWrite(benchmark::State& state) {
+void XmlWrite(benchmark::State& state, long count) {
   TStringTree tree(0, 0, nullptr, "");
-  Read(Text(), &tree);
+  Read(MakeText(count), &tree);
+  for (auto unused : state) WriteXml(tree, StreamPointer(new TKvMemoryStream));
+  state.SetItemsProcessed(state.iterations() * count);
+}
+
+/// Appends the pieces of the document, to a string and from there to a stream.
+void XmlWriteFloor(benchmark::State& state, long count) {
+  const std::string xml = MakeXml(count);
+  const std::vector<std::string_view> pieces = Pieces(xml);
   for (auto unused : state) {
-    TKvXIniStreamWriter writer(StreamPointer(new TKvMemoryStream), 0,
-                               TKvXIniStreamWriter::htDocument);
-    if (!tree.WriteToXML(&writer) || !writer.Close()) throw std::runtime_error("not written");
+    const std::string out = Joined(pieces);
+    TKvMemoryStream stream;
+    stream.Write(out.data(), out.size());
   }
-  SetSpeed(state, Xml());
+  state.SetItemsProcessed(state.iterations() * count);
 }
 
 /// Parsing the document, reading the tree, destroying both.
-void XmlRead(benchmark::State& state) {
-  const StreamPointer stream(new TKvMemoryStream(Xml()));
+void XmlRead(benchmark::State& state, long count) {
+  const std::string xml = MakeXml(count);
+  const StreamPointer stream(new TKvMemoryStream(xml));
   for (auto unused : state) {
     TKvXIniReader reader(stream);
     TStringTree tree(0, 0, nullptr, "");
     if (!tree.ReadFromXML(&reader, 0, nullptr)) throw std::runtime_error("the tree is not read");
-    if (tree.fields.size() != kFields) throw std::runtime_error("fields are missing");
+    if (static_cast<long>(tree.fields.size()) != count) {
+      throw std::runtime_error("fields are missing");
+    }
   }
-  SetSpeed(state, Xml());
+  SetSpeed(state, xml);
 }
 
 /// The framework's part of it.
-void XmlParseRavelin(benchmark::State& state) {
-  const StreamPointer stream(new TKvMemoryStream(Xml()));
+void XmlParse(benchmark::State& state, long count) {
+  const std::string xml = MakeXml(count);
+  const StreamPointer stream(new TKvMemoryStream(xml));
   for (auto unused : state) benchmark::DoNotOptimize(TKvXIniReader(stream).GetItemCount());
-  SetSpeed(state, Xml());
+  SetSpeed(state, xml);
 }
 
-void XmlParsePugixml(benchmark::State& state) {
+void XmlParsePugixml(benchmark::State& state, long count) {
+  const std::string xml = MakeXml(count);
   for (auto unused : state) {
     pugi::xml_document document;
-    if (!document.load_buffer(Xml().data(), Xml().size())) throw std::runtime_error("not parsed");
+    if (!document.load_buffer(xml.data(), xml.size())) throw std::runtime_error("not parsed");
   }
-  SetSpeed(state, Xml());
+  SetSpeed(state, xml);
+}
+
+void XmlParseLibxml2(benchmark::State& state, long count) {
+  const std::string xml = MakeXml(count);
+  for (auto unused : state) {
+    const std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> document(
+        xmlReadMemory(xml.data(), static_cast<int>(xml.size()), "", nullptr, XML_PARSE_HUGE),
+        &xmlFreeDoc);
+    if (document == nullptr) throw std::runtime_error("not parsed");
+  }
+  SetSpeed(state, xml);
 }
 
 void Copy(benchmark::State& state) {
@@ -150,14 +167,33 @@ void Insert(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-BENCHMARK(TextRead)->Name("text_read/ravelin");
-BENCHMARK(TextFloor)->Name("text_read/floor");
-BENCHMARK(TextWrite)->Name("text_write/ravelin");
-BENCHMARK(XmlWrite)->Name("xml_write/ravelin");
-BENCHMARK(XmlRead)->Name("xml_read/ravelin");
-BENCHMARK(XmlParseRavelin)->Name("xml_parse/ravelin");
-BENCHMARK(XmlParsePugixml)->Name("xml_parse/pugixml");
-BENCHMARK(Copy)->Name("copy/ravelin")->Arg(1000)->Arg(10000)->Arg(100000);
-BENCHMARK(Insert)->Name("insert/ravelin")->Arg(1000)->Arg(10000);
+template <class... Arguments>
+void Register(const char* name, Arguments... arguments) {
+  benchmark::RegisterBenchmark(name, arguments...)->Unit(benchmark::kMillisecond);
+}
+
+const bool registered = [] {
+  const long count = Sized(100000);
+  Register("tree_text_read/ours", TextRead, count);
+  Register("tree_text_read/floor", LinesFloor, MakeText, count);
+  Register("tree_text_read/4x", TextRead, kGrowth * count);
+  Register("tree_text_write/ours", TextWrite, count);
+  Register("tree_text_write/floor", LinesFloor, MakeText, count);
+  Register("tree_text_write/4x", TextWrite, kGrowth * count);
+  Register("tree_xml_write/ours", XmlWrite, count);
+  Register("tree_xml_write/floor", XmlWriteFloor, count);
+  Register("tree_xml_write/4x", XmlWrite, kGrowth * count);
+  Register("tree_xml_read/ours", XmlRead, count);
+  Register("tree_xml_read/peer:pugixml", XmlParsePugixml, count);
+  Register("tree_xml_read/peer:libxml2", XmlParseLibxml2, count);
+  Register("tree_xml_read/floor", LinesFloor, MakeXml, count);
+  Register("tree_xml_read/4x", XmlRead, kGrowth * count);
+  Register("tree_xml_parse/ours", XmlParse, count);
+  return true;
+}();
+
+BENCHMARK(Copy)->Name("copy")->Arg(1000)->Arg(10000)->Arg(100000);
+BENCHMARK(Insert)->Name("insert")->Arg(1000)->Arg(10000);
 
 }  // namespace
+}  // namespace RavelinBench

@@ -1,5 +1,5 @@
-// Runs the benchmarks of files and folders. Freed memory stays with the process, so that the system
-// does not hand out the same pages anew at each iteration.
+// Runs the benchmarks of a program. Freed memory stays with the process, so that the system does
+// not hand out the same pages anew at each iteration.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
