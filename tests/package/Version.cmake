@@ -1,0 +1,25 @@
+# The project's version is the one that every part of the package tells.
+function(expect where text pattern)
+  string(REPLACE "." "[.]" version ${VERSION})
+  string(REPLACE "@" ${version} pattern ${pattern})
+  if(NOT text MATCHES ${pattern})
+    message(SEND_ERROR "${where} does not tell the version ${VERSION}: ${text}")
+  endif()
+endfunction()
+
+function(expect_in file pattern)
+  file(READ ${file} text)
+  expect(${file} "${text}" ${pattern})
+endfunction()
+
+set(lib ${PREFIX}/${LIBDIR})
+expect_in(${PREFIX}/${INCLUDEDIR}/SatCommonUtils/Version.h "RAVELIN_VERSION \"@\"\n")
+expect_in(${lib}/cmake/Ravelin/RavelinConfigVersion.cmake "PACKAGE_VERSION \"@\"")
+expect_in(${lib}/pkgconfig/kv.pc "\nVersion: @\n")
+expect_in(${lib}/pkgconfig/ravelin.pc "\nVersion: @\nRequires: kv = @\n")
+file(REAL_PATH ${lib}/libKv.so.1 framework)
+expect("libKv" ${framework} "/libKv[.]so[.]@$")
+# The newest section of the changelog.
+file(READ ${SOURCE_DIR}/CHANGELOG.md changelog)
+string(REGEX MATCH "\n## [^\n]*" newest "${changelog}")
+expect(CHANGELOG.md "${newest}" "^\n## \\[@\\] - 20[0-9][0-9]-[0-9][0-9]-[0-9][0-9]$")
