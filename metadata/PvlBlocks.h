@@ -15,12 +15,17 @@ inline __m128i LoadPvlBlock(const char* at) {
   return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
 }
 
+/// One bit a byte, the first byte's the lowest.
+inline unsigned BitsOf(__m128i test) {
+  return static_cast<unsigned>(_mm_movemask_epi8(test));
+}
+
 /// The first byte at or after `pos` for which `test` sets bits in a block; at or beyond `size` when
 /// there is none. kPvlBlock bytes behind the text must be readable.
 template <class Test>
 std::size_t FindInBlocks(const char* text, std::size_t pos, std::size_t size, Test test) {
   for (; pos < size; pos += kPvlBlock) {
-    const auto found = static_cast<unsigned>(_mm_movemask_epi8(test(LoadPvlBlock(text + pos))));
+    const unsigned found = BitsOf(test(LoadPvlBlock(text + pos)));
     if (found != 0) return pos + static_cast<std::size_t>(std::countr_zero(found));
   }
   return size;
@@ -41,11 +46,20 @@ inline __m128i NotInName(__m128i block) {
   return _mm_xor_si128(name, _mm_set1_epi8(-1));
 }
 
+/// The bits of the line feeds.
+inline __m128i LineFeed(__m128i block) {
+  return _mm_cmpeq_epi8(block, _mm_set1_epi8('\n'));
+}
+
+/// The bits of the quotes and semicolons.
+inline __m128i QuoteOrEnd(__m128i block) {
+  const __m128i quote = _mm_cmpeq_epi8(block, _mm_set1_epi8('"'));
+  return _mm_or_si128(quote, _mm_cmpeq_epi8(block, _mm_set1_epi8(';')));
+}
+
 /// The bits of the bytes that mean something in a value.
 inline __m128i SpecialInValue(__m128i block) {
-  const __m128i quote = _mm_cmpeq_epi8(block, _mm_set1_epi8('"'));
-  const __m128i backslash = _mm_cmpeq_epi8(block, _mm_set1_epi8('\\'));
-  return _mm_or_si128(_mm_or_si128(quote, backslash), _mm_cmpeq_epi8(block, _mm_set1_epi8(';')));
+  return _mm_or_si128(QuoteOrEnd(block), _mm_cmpeq_epi8(block, _mm_set1_epi8('\\')));
 }
 
 /// Walks over the special bytes of a text from front to back, looking at each block once.
@@ -62,7 +76,7 @@ class TPvlSpecials {
       pos = behind_;
     }
     for (; pos < size_; pos += kPvlBlock) {
-      found_ = static_cast<unsigned>(_mm_movemask_epi8(SpecialInValue(LoadPvlBlock(text_ + pos))));
+      found_ = BitsOf(SpecialInValue(LoadPvlBlock(text_ + pos)));
       behind_ = pos + kPvlBlock;
       if (found_ != 0) return pos + static_cast<std::size_t>(std::countr_zero(found_));
     }

@@ -94,7 +94,7 @@ class TPvlConversion {
 
   bool BeginGroup() {
     std::string name;
-    if (!TakeGroupName(&name)) return Fail(dialect_.groupKeyword + std::string(" without '='"));
+    if (!TakeGroupName(&name)) return Fail(std::string(dialect_.groupKeyword) + " without '='");
     const unsigned long section = writer_.BeginSectionS(name);
     if (section == 0) return Fail(kNotWritten);
     groups_.push_back({section, std::move(name)});
@@ -124,8 +124,7 @@ class TPvlConversion {
 
   bool TakeVariable() {
     if (!variable_detected(text_, &pos_, &name_, &value_)) {
-      const std::size_t lineEnd = text_.View().find('\n', pos_);
-      pos_ = lineEnd == std::string::npos ? text_.Size() : lineEnd + 1;
+      pos_ = text_.NextLine(pos_);
       return true;
     }
     if (unpack_array(value_, &items_)) {

@@ -15,10 +15,10 @@ namespace SatCommonUtils {
 
 /// What tells one dialect from the other.
 struct TPvlDialect {
-  const char* groupKeyword;  ///< opens a group
-  std::string_view lineEnd;  ///< put behind every line
-  bool needsInput;           ///< whether an input that is not open, or empty, is a failure
-  const char* malformedEnd;  ///< what is wrong about an END without its ';'
+  std::string_view groupKeyword;  ///< opens a group
+  std::string_view lineEnd;       ///< put behind every line
+  bool needsInput;                ///< whether an input that is not open, or empty, is a failure
+  const char* malformedEnd;       ///< what is wrong about an END without its ';'
 };
 
 /// One open group.

@@ -8,22 +8,6 @@
 namespace SatCommonUtils {
 namespace {
 
-/// A name and where the '=' behind it stands.
-struct TNameAt {
-  std::size_t begin;
-  std::size_t end;
-  std::size_t equals;
-};
-
-/// Finds a name with the blanks around it. False when no '=' stands behind it, or one where the
-/// search starts.
-bool FindName(TPvlText& text, std::size_t start, TNameAt* name) {
-  name->begin = text.SkipTrimmed(start, TPvlText::sdBefore);
-  name->end = text.SkipName(name->begin);
-  name->equals = text.SkipTrimmed(name->end, TPvlText::sdBehind);
-  return name->equals != start && name->equals != text.Size() && text[name->equals] == '=';
-}
-
 /// Takes a value apart from `pos` on; returns the position behind its ';', npos when none ends it
 /// before `limit`.
 std::size_t ScanValue(const TPvlText& text, std::size_t pos, std::size_t limit,
@@ -59,13 +43,14 @@ std::size_t ScanValue(const TPvlText& text, std::size_t pos, std::size_t limit,
 bool variable_detected(TPvlText& text, std::size_t* pos, std::string* name, std::string* value) {
   const std::size_t start = text.SkipWhite(*pos);
   *pos = start;
-  TNameAt found;
-  if (!FindName(text, start, &found)) return false;
-  if (!text.MayEnd(found.equals + 1)) return false;
+  const TPvlText::TName& found = text.NameAt(start);
+  // No '=' stands behind it, or one where the search starts.
+  if (text[found.behind] != '=' || found.behind == start) return false;
+  if (!text.MayEnd(found.behind + 1)) return false;
   name->assign(text.Data() + found.begin, found.end - found.begin);
   // Of a value that goes on and on it is first asked whether it ends at all.
   constexpr std::size_t kUsual = 4096;
-  const std::size_t begin = found.equals + 1;
+  const std::size_t begin = found.behind + 1;
   std::size_t end = ScanValue(text, begin, std::min(text.Size(), begin + kUsual), value);
   if (end == std::string::npos) {
     text.LookForEnds();

@@ -1,5 +1,7 @@
 #include "metadata/PvlText.h"
 
+#include <algorithm>
+#include <bit>
 #include <utility>
 
 namespace SatCommonUtils {
@@ -8,10 +10,23 @@ TPvlText::TPvlText(std::string text) : text_(std::move(text)), size_(text_.size(
   text_.append(kPadding, '\0');
 }
 
-std::size_t TPvlText::EndOfTrimmed(std::size_t pos, TSide side) {
+void TPvlText::FindName(std::size_t start) {
+  nameFrom_ = start;
+  name_.begin = SkipTrimmed(start, sdBefore);
+  name_.end = FindInBlocks(Data(), name_.begin, size_, NotInName);
+  name_.behind = SkipTrimmed(name_.end, sdBehind);
+}
+
+std::size_t TPvlText::EndOfTrimmed(std::size_t pos) const {
+  while (pos < size_ && IsTrimmed(text_[pos])) ++pos;
+  return pos;
+}
+
+// The first character at or after `pos` that trim keeps; the size when there is none.
+std::size_t TPvlText::SkipTrimmed(std::size_t pos, TSide side) {
+  if (pos >= size_ || !IsTrimmed(text_[pos])) return pos;
   TRun& run = trimmed_[side];
-  run = {pos, pos};
-  while (run.end < Size() && IsTrimmed(text_[run.end])) ++run.end;
+  if (pos < run.begin || pos >= run.end) run = {pos, EndOfTrimmed(pos)};
   return run.end;
 }
 
@@ -21,11 +36,17 @@ std::size_t TPvlText::EndOfTrimmed(std::size_t pos, TSide side) {
 void TPvlText::LookForEnds() {
   if (endsKnown_) return;
   endsKnown_ = true;
-  bool odd = false;
-  for (std::size_t pos = 0; pos < Size(); ++pos) {
-    if (text_[pos] == ';') afterLast_[odd ? 1 : 0] = pos + 1;
-    if (TogglesQuotes(pos)) odd = !odd;
+  std::size_t after[2] = {0, 0};
+  unsigned odd = 0;
+  for (std::size_t block = 0; block < size_; block += kPvlBlock) {
+    unsigned found = BitsOf(QuoteOrEnd(LoadPvlBlock(Data() + block)));
+    for (; found != 0; found &= found - 1) {
+      const std::size_t pos = block + static_cast<std::size_t>(std::countr_zero(found));
+      if (text_[pos] == ';') after[odd] = pos + 1;
+      odd ^= TogglesQuotes(pos) ? 1U : 0U;
+    }
   }
+  std::copy_n(after, 2, afterLast_);
 }
 
 }  // namespace SatCommonUtils

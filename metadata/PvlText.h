@@ -1,6 +1,7 @@
 // A PVL text while it is scanned from front to back.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -36,17 +37,21 @@ class TPvlText {
     while (white_ < Size() && IsWhite(text_[white_])) ++white_;
     return white_ < Size() ? white_ : pos;
   }
-  /// The first character at or after `pos` that no name has; the size when there is none.
-  std::size_t SkipName(std::size_t pos) const {
-    return FindInBlocks(Data(), pos, size_, NotInName);
+  /// Where the line behind that of `pos` begins; the size when there is none.
+  std::size_t NextLine(std::size_t pos) const {
+    const std::size_t feed = FindInBlocks(Data(), pos, size_, LineFeed);
+    return feed < size_ ? feed + 1 : size_;
   }
-  /// The first character at or after `pos` that trim keeps; the size when there is none. `side`
-  /// says on which side of a name the blanks stand, because both runs may be asked for by turns.
-  enum TSide { sdBefore = 0, sdBehind = 1 };
-  std::size_t SkipTrimmed(std::size_t pos, TSide side) {
-    if (pos >= Size() || !IsTrimmed(text_[pos])) return pos;
-    const TRun& run = trimmed_[side];
-    return pos >= run.begin && pos < run.end ? run.end : EndOfTrimmed(pos, side);
+  /// A name, which may be empty, between characters that trim takes off.
+  struct TName {
+    std::size_t begin;
+    std::size_t end;
+    std::size_t behind;  ///< what follows the blanks behind it; the size, at which stands a NUL
+  };
+  /// The name that begins at `start` or behind the blanks there.
+  const TName& NameAt(std::size_t start) {
+    if (start < nameFrom_ || start > name_.begin) FindName(start);
+    return name_;
   }
   /// Whether a ';' outside quotes may follow for a value that starts, outside quotes, at `pos`.
   /// Always true until LookForEnds has been called; exact from then on.
@@ -56,9 +61,16 @@ class TPvlText {
   void LookForEnds();
 
  private:
-  std::size_t EndOfTrimmed(std::size_t pos, TSide side);
+  enum TSide { sdBefore = 0, sdBehind = 1 };
+
+  void FindName(std::size_t start);
+  std::size_t SkipTrimmed(std::size_t pos, TSide side);
+  std::size_t EndOfTrimmed(std::size_t pos) const;
   bool EndFollows(std::size_t pos) {
-    for (; quotes_ < pos; ++quotes_) odd_ ^= TogglesQuotes(quotes_);
+    bool odd = odd_;
+    for (std::size_t i = quotes_; i < pos; ++i) odd ^= TogglesQuotes(i);
+    odd_ = odd;
+    quotes_ = std::max(quotes_, pos);
     return pos < afterLast_[odd_ ? 1 : 0];
   }
   bool TogglesQuotes(std::size_t pos) const {
@@ -73,7 +85,9 @@ class TPvlText {
     std::size_t begin = 0;
     std::size_t end = 0;
   };
-  TRun trimmed_[2];         ///< one a side
+  TRun trimmed_[2];           ///< one on each side of a name, because both are asked for by turns
+  std::size_t nameFrom_ = 1;  ///< from here on name_ is the answer; behind its begin at first
+  TName name_ = {0, 0, 0};
   bool endsKnown_ = false;  ///< whether the members below count
   std::size_t quotes_ = 0;  ///< how far quotes have been counted
   bool odd_ = false;        ///< whether their number is odd
