@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <memory>
 #include <new>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "host/HostError.h"
 #include "host/Interrupt.h"
 #include "host/TextOutput.h"
+#include "host/UsageError.h"
 
 namespace ravelin {
 namespace {
@@ -28,34 +30,41 @@ int Report(const std::string& message, ExitCode code) {
   return code;
 }
 
+/// The subcommand that was asked for; the program itself when none was.
+const CLI::App& AskedFor(const CLI::App& app) {
+  const CLI::App* command = &app;
+  while (!command->get_subcommands().empty()) command = command->get_subcommands().front();
+  return *command;
+}
+
+int ReportWrongUse(const CLI::App& app, const std::string& message) {
+  std::string path;
+  for (const CLI::App* command = &AskedFor(app); command != &app; command = command->get_parent()) {
+    path = command->get_name() + " " + path;
+  }
+  return Report(message + "; see ravelin " + path + "--help", kExitWrongUse);
+}
+
 int ReportParse(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
     app.exit(error);
     PrintText("");
     return kExitDone;
   }
-  const CLI::App* command = &app;
-  std::string help = "; see ravelin ";
-  while (!command->get_subcommands().empty()) {
-    command = command->get_subcommands().front();
-    help += command->get_name() + " ";
+  const CLI::App& command = AskedFor(app);
+  const std::vector<std::string> unknown = command.remaining();
+  if (command.get_require_subcommand_min() > 0 && !unknown.empty()) {
+    return ReportWrongUse(app, "'" + unknown.front() + "' is not known");
   }
-  help += "--help";
-  const std::vector<std::string> unknown = command->remaining();
-  if (command->get_require_subcommand_min() > 0 && !unknown.empty()) {
-    return Report("'" + unknown.front() + "' is not known" + help, kExitWrongUse);
-  }
-  return Report(error.what() + help, kExitWrongUse);
+  return ReportWrongUse(app, error.what());
 }
 
 constexpr const char* kMemoryRemedy = "close other programs or raise the limit on memory";
 
 /// What to do when memory is short, by the subcommand that was asked for.
 const char* MemoryRemedy(const CLI::App& app) {
-  const CLI::App* command = &app;
-  while (!command->get_subcommands().empty()) command = command->get_subcommands().front();
   // Asking for an option by its name needs memory, and ends the program without.
-  for (const CLI::Option* option : command->get_options()) {
+  for (const CLI::Option* option : AskedFor(app).get_options()) {
     const std::vector<std::string>& names = option->get_lnames();
     if (!names.empty() && names.front() == "rect") return "ask for a smaller --rect";
   }
@@ -71,17 +80,18 @@ int ReportNoMemory(const char* remedy) {
 /// Lets std::bad_alloc out, also that of a report.
 int RunAndReport(int argc, const char* const* argv) {
   try {
-    CLI::App app;
-    DescribeCommandLine(app);
+    const std::shared_ptr<CLI::App> app = DescribeCommandLine();
     InstallInterruptHandlers();
     try {
       const ModuleScope module;
-      app.parse(argc, argv);
+      app->parse(argc, argv);
       return kExitDone;
     } catch (const CLI::ParseError& error) {
-      return ReportParse(app, error);
+      return ReportParse(*app, error);
+    } catch (const UsageError& error) {
+      return ReportWrongUse(*app, error.what());
     } catch (const std::bad_alloc&) {
-      return ReportNoMemory(MemoryRemedy(app));
+      return ReportNoMemory(MemoryRemedy(*app));
     }
   } catch (const std::bad_alloc&) {
     throw;

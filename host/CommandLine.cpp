@@ -1,6 +1,7 @@
 #include "host/CommandLine.h"
 
 #include "SatCommonUtils/Version.h"
+#include "host/CommandEntry.h"
 #include "host/ComposeCommand.h"
 #include "host/ExitCode.h"
 #include "host/FilesCommand.h"
@@ -14,27 +15,26 @@
 
 namespace ravelin {
 
-void DescribeCommandLine(CLI::App& app) {
-  app.name("ravelin");
-  app.description("Opens the raw products of satellite sensors.");
-  app.set_version_flag("--version", "ravelin " RAVELIN_VERSION, "Print the version and exit");
-  app.set_help_flag("-h,--help", "Print this help and exit");
-  app.get_formatter()->column_width(26);
-  app.footer(
+std::shared_ptr<CLI::App> DescribeCommandLine() {
+  auto table =
+      MakeTable("ravelin", "Opens the raw products of satellite sensors.", RAVELIN_VERSION);
+  CommandEntry program(*table);
+  program.Footer(
       ExitCodesText() +
       "\n\n"
       "Example:\n"
       "  ravelin compose --size 1200x900 --band red=b4.raw green=b3.raw blue=b2.raw -o rgb.png");
-  app.require_subcommand(1);
-  AddSceneCommand(app);
-  AddSampleCommand(app);
-  AddComposeCommand(app);
-  AddStitchCommand(app);
-  AddInfoCommand(app);
-  AddXmlCommand(app);
-  AddTreeCommand(app);
-  AddFilesCommand(app);
-  AddShapeCommand(app);
+  program.RequireCommand();
+  AddSceneCommand(program);
+  AddSampleCommand(program);
+  AddComposeCommand(program);
+  AddStitchCommand(program);
+  AddInfoCommand(program);
+  AddXmlCommand(program);
+  AddTreeCommand(program);
+  AddFilesCommand(program);
+  AddShapeCommand(program);
+  return table;
 }
 
 }  // namespace ravelin

@@ -12,7 +12,7 @@
 #include "host/HostError.h"
 #include "host/Output.h"
 #include "host/ParseNumber.h"
-#include "host/ValueKind.h"
+#include "host/UsageError.h"
 
 namespace ravelin {
 namespace {
@@ -32,14 +32,13 @@ struct Arguments {
 BandLayout LayoutOf(const Arguments& arguments) {
   const std::optional<ImageSize> size = ParseSize(arguments.size);
   if (!size) {
-    throw CLI::ValidationError("--size", "'" + arguments.size +
-                                             "' is not WxH in whole pixels from 1 to " +
-                                             std::to_string(kMaxSide));
+    throw UsageError("--size", "'" + arguments.size + "' is not WxH in whole pixels from 1 to " +
+                                   std::to_string(kMaxSide));
   }
   const std::optional<unsigned long> offset = ParseNumber<unsigned long>(arguments.offset);
   if (!offset) {
-    throw CLI::ValidationError("--offset",
-                               "'" + arguments.offset + "' is not a whole number of bytes from 0");
+    throw UsageError("--offset",
+                     "'" + arguments.offset + "' is not a whole number of bytes from 0");
   }
   BandLayout layout;
   layout.size = *size;
@@ -60,7 +59,7 @@ std::map<int, BandArgument> BandsOf(const std::vector<std::string>& texts) {
                                     " a second file: give each band a key of its own");
       }
     } catch (const std::invalid_argument& error) {
-      throw CLI::ValidationError("--band", error.what());
+      throw UsageError("--band", error.what());
     }
   }
   return bands;
@@ -102,33 +101,33 @@ void Compose(const Arguments& arguments) {
 
 }  // namespace
 
-void AddComposeCommand(CLI::App& app) {
+void AddComposeCommand(CommandEntry& program) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App* command = app.add_subcommand("compose", "Make one image of raw band files");
-  command->add_option("--size", arguments->size, "Width and height of every band, pixels")
-      ->type_name("WxH")
-      ->required();
+  CommandEntry command = program.AddCommand("compose", "Make one image of raw band files");
+  command.AddOption("--size", arguments->size, "Width and height of every band, pixels")
+      .TypeName("WxH")
+      .Required();
   command
-      ->add_option("--band", arguments->bands,
-                   "What a file shows (red, green, blue or a number), the\n"
-                   "raw file of unsigned 16-bit samples, top row first,\n"
-                   "and its byte order (default: little)")
-      ->type_name("KEY=FILE[:big|:little]")
-      ->check(KeyedFileValue({"red", "green", "blue"}, {"big", "little"}))
-      ->required();
-  command->add_option("--offset", arguments->offset, "Bytes before the first pixel of every file")
-      ->type_name("N")
-      ->capture_default_str();
-  command->add_flag("--allow-short", arguments->allowShort,
-                    "Take files that end early; what is missing is black");
-  AddOutputOptions(*command, arguments->output);
-  command->footer(
+      .AddOption("--band", arguments->bands,
+                 "What a file shows (red, green, blue or a number), the\n"
+                 "raw file of unsigned 16-bit samples, top row first,\n"
+                 "and its byte order (default: little)")
+      .TypeName("KEY=FILE[:big|:little]")
+      .Kind(KeyedFileValue({"red", "green", "blue"}, {"big", "little"}))
+      .Required();
+  command.AddOption("--offset", arguments->offset, "Bytes before the first pixel of every file")
+      .TypeName("N")
+      .ShowDefault();
+  command.AddFlag("--allow-short", arguments->allowShort,
+                  "Take files that end early; what is missing is black");
+  AddOutputOptions(command, arguments->output);
+  command.Footer(
       "With red, green and blue all given they are the first three channels, in this order;\n"
       "other bands follow by ascending key.\n\n"
       "Example:\n"
       "  ravelin compose --size 1200x900 --band red=b4.raw green=b3.raw:big blue=b2.raw -o "
       "rgb.png");
-  command->callback([arguments] { Compose(*arguments); });
+  command.OnRun([arguments] { Compose(*arguments); });
 }
 
 }  // namespace ravelin

@@ -1,12 +1,12 @@
 // ravelin compose: raw band files to one image.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "host/CommandEntry.h"
 
 namespace ravelin {
 
 /// Adds the subcommand; it runs when the command line is parsed and throws HostError when its work
 /// fails.
-void AddComposeCommand(CLI::App& app);
+void AddComposeCommand(CommandEntry& program);
 
 }  // namespace ravelin

@@ -9,7 +9,7 @@
 #include "SatCommonUtils/Files.h"
 #include "host/FolderListing.h"
 #include "host/HostError.h"
-#include "host/ValueKind.h"
+#include "host/UsageError.h"
 
 namespace ravelin {
 namespace {
@@ -94,43 +94,43 @@ void Find(const FindArguments& arguments) {
   Print(Printable(PathIn(folder, name)) + "\n");
 }
 
-CLI::App* AddFind(CLI::App& files) {
+CommandEntry AddFind(CommandEntry& files) {
   const auto arguments = std::make_shared<FindArguments>();
-  CLI::App* command = files.add_subcommand("find", "Look a file up, letter case ignored");
-  command->add_option("FOLDER", arguments->folder, "Folder to look in")
-      ->type_name("")
-      ->check(FolderValue())
-      ->required();
-  command->add_option("NAME", arguments->name, "Name of the file; *, ? and [...] are wildcards")
-      ->type_name("")
-      ->required();
-  command->footer("Example:\n  ravelin files find product scene_mtl.txt");
-  command->callback([arguments] { Find(*arguments); });
+  CommandEntry command = files.AddCommand("find", "Look a file up, letter case ignored");
+  command.AddOption("FOLDER", arguments->folder, "Folder to look in")
+      .TypeName("")
+      .Kind(FolderValue())
+      .Required();
+  command.AddOption("NAME", arguments->name, "Name of the file; *, ? and [...] are wildcards")
+      .TypeName("")
+      .Required();
+  command.Footer("Example:\n  ravelin files find product scene_mtl.txt");
+  command.OnRun([arguments] { Find(*arguments); });
   return command;
 }
 
 }  // namespace
 
-void AddFilesCommand(CLI::App& app) {
+void AddFilesCommand(CommandEntry& program) {
   const auto arguments = std::make_shared<ListArguments>();
   ListingRequest& request = arguments->request;
-  CLI::App* command = app.add_subcommand("files", "List the files of a folder or look one up");
-  CLI::App* find = AddFind(*command);
-  CLI::Option* folder = command->add_option("FOLDER", request.folder, "Folder to list")
-                            ->type_name("")
-                            ->check(FolderValue());
-  CLI::Option* mask =
-      command->add_option("--mask", request.mask, "List what matches, letter case ignored")
-          ->type_name("MASK");
-  CLI::Option* recursive =
-      command->add_flag("--recursive", request.recursive, "List the folders below, too");
-  CLI::Option* json = command->add_flag("--json", arguments->json, "Print JSON instead of text");
-  for (CLI::Option* option : {folder, mask, recursive, json}) find->excludes(option);
-  command->footer("Example:\n  ravelin files product --recursive --mask '*.imd'");
-  command->callback([find, folder, mask, arguments] {
-    if (find->parsed()) return;
-    if (folder->empty()) throw CLI::RequiredError("FOLDER");
-    arguments->request.hasMask = !mask->empty();
+  CommandEntry command = program.AddCommand("files", "List the files of a folder or look one up");
+  CommandEntry find = AddFind(command);
+  OptionEntry folder = command.AddOption("FOLDER", request.folder, "Folder to list")
+                           .TypeName("")
+                           .Kind(FolderValue());
+  OptionEntry mask =
+      command.AddOption("--mask", request.mask, "List what matches, letter case ignored")
+          .TypeName("MASK");
+  OptionEntry recursive =
+      command.AddFlag("--recursive", request.recursive, "List the folders below, too");
+  OptionEntry json = command.AddFlag("--json", arguments->json, "Print JSON instead of text");
+  for (const OptionEntry& option : {folder, mask, recursive, json}) find.Exclude(option);
+  command.Footer("Example:\n  ravelin files product --recursive --mask '*.imd'");
+  command.OnRun([find, folder, mask, arguments] {
+    if (find.IsGiven()) return;
+    if (!folder.IsGiven()) throw UsageError("FOLDER is required");
+    arguments->request.hasMask = mask.IsGiven();
     List(*arguments);
   });
 }

@@ -8,7 +8,7 @@ namespace ravelin {
 
 /// Thrown by a subcommand whose work cannot be done; the program prints it as
 /// `ravelin: FILE: WHAT; REMEDY` and ends with exit code 1. Wrong use of the command line is a
-/// CLI::ValidationError instead, which ends with 2.
+/// UsageError instead, which ends with 2.
 ///
 ///     throw HostError(path, "no such file", "check the name");
 class HostError : public std::runtime_error {

@@ -2,11 +2,11 @@
 
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "host/HostError.h"
 #include "host/Info.h"
-#include "host/ValueKind.h"
 
 namespace ravelin {
 namespace {
@@ -27,16 +27,16 @@ void Inform(const Arguments& arguments) {
 
 }  // namespace
 
-void AddInfoCommand(CLI::App& app) {
+void AddInfoCommand(CommandEntry& program) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App* command = app.add_subcommand("info", "Say what an image or a tile index is");
-  command->add_option("FILE", arguments->file, "A .bip with its .hdr beside it, or a tile index")
-      ->type_name("")
-      ->check(FileValue())
-      ->required();
-  command->add_flag("--json", arguments->json, "Print JSON instead of text");
-  command->footer("Example:\n  ravelin info scene.bip");
-  command->callback([arguments] { Inform(*arguments); });
+  CommandEntry command = program.AddCommand("info", "Say what an image or a tile index is");
+  command.AddOption("FILE", arguments->file, "A .bip with its .hdr beside it, or a tile index")
+      .TypeName("")
+      .Kind(FileValue())
+      .Required();
+  command.AddFlag("--json", arguments->json, "Print JSON instead of text");
+  command.Footer("Example:\n  ravelin info scene.bip");
+  command.OnRun([arguments] { Inform(*arguments); });
 }
 
 }  // namespace ravelin

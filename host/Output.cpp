@@ -5,7 +5,7 @@
 #include "host/InterleavedFile.h"
 #include "host/ParseNumber.h"
 #include "host/ProgressBar.h"
-#include "host/ValueKind.h"
+#include "host/UsageError.h"
 
 namespace ravelin {
 namespace {
@@ -14,7 +14,7 @@ OutputFormat FormatOf(const std::string& path) {
   const std::string lower = tolower(path);
   if (lower.ends_with(".png")) return OutputFormat::kPng;
   if (lower.ends_with(".bip")) return OutputFormat::kBip;
-  throw CLI::ValidationError(path, "cannot tell the format: end the name in .png or .bip");
+  throw UsageError(path, "cannot tell the format: end the name in .png or .bip");
 }
 
 Stretch StretchOf(const std::string& text) {
@@ -29,9 +29,9 @@ Stretch StretchOf(const std::string& text) {
   const auto low = ParseNumber<std::uint16_t>(view.substr(0, comma));
   const auto high = ParseNumber<std::uint16_t>(view.substr(std::min(comma + 1, text.size())));
   if (!low || !high || *low >= *high) {
-    throw CLI::ValidationError("--stretch", "'" + text +
-                                                "' is neither none nor MIN,MAX with whole numbers "
-                                                "from 0 to 65535, MIN below MAX");
+    throw UsageError("--stretch", "'" + text +
+                                      "' is neither none nor MIN,MAX with whole numbers "
+                                      "from 0 to 65535, MIN below MAX");
   }
   return {StretchKind::kFixed, *low, *high};
 }
@@ -39,9 +39,9 @@ Stretch StretchOf(const std::string& text) {
 PixelArea AreaOf(const std::string& text) {
   const std::optional<PixelArea> area = ParseArea(text);
   if (!area) {
-    throw CLI::ValidationError("--rect", "'" + text +
-                                             "' is not X,Y,W,H in whole pixels, X and Y from 0, W "
-                                             "and H from 1");
+    throw UsageError("--rect", "'" + text +
+                                   "' is not X,Y,W,H in whole pixels, X and Y from 0, W "
+                                   "and H from 1");
   }
   return *area;
 }
@@ -58,27 +58,26 @@ PixelArea ChosenArea(const OutputPlan& plan, const ImageSize& size) {
 
 }  // namespace
 
-void AddOutputOptions(CLI::App& command, OutputArguments& arguments) {
+void AddOutputOptions(CommandEntry& command, OutputArguments& arguments) {
   command
-      .add_option("-o,--output", arguments.output,
-                  "Image to write: a .png, or a .bip with its .hdr")
-      ->type_name("OUT")
-      ->check(FileValue())
-      ->required();
+      .AddOption("-o,--output", arguments.output, "Image to write: a .png, or a .bip with its .hdr")
+      .TypeName("OUT")
+      .Kind(FileValue())
+      .Required();
   command
-      .add_option("--rect", arguments.rect,
-                  "Area to write, pixels: X from the left, Y from the\n"
-                  "top (default: all)")
-      ->type_name("X,Y,W,H");
+      .AddOption("--rect", arguments.rect,
+                 "Area to write, pixels: X from the left, Y from the\n"
+                 "top (default: all)")
+      .TypeName("X,Y,W,H");
   command
-      .add_option("--stretch", arguments.stretch,
-                  "Samples (0 to 65535) shown as black and as white,\n"
-                  "or none (default: 2nd and 98th percentile of each\n"
-                  "channel, zeros left out; .png only)")
-      ->type_name("MIN,MAX");
-  command.add_option("--bits", arguments.bits, "Bits of a sample: 8 or 16 (default: 8; .png only)")
-      ->type_name("N")
-      ->check(ChoiceValue({"8", "16"}));
+      .AddOption("--stretch", arguments.stretch,
+                 "Samples (0 to 65535) shown as black and as white,\n"
+                 "or none (default: 2nd and 98th percentile of each\n"
+                 "channel, zeros left out; .png only)")
+      .TypeName("MIN,MAX");
+  command.AddOption("--bits", arguments.bits, "Bits of a sample: 8 or 16 (default: 8; .png only)")
+      .TypeName("N")
+      .Kind(ChoiceValue({"8", "16"}));
 }
 
 OutputPlan PlanOutput(const OutputArguments& arguments) {
@@ -89,9 +88,9 @@ OutputPlan PlanOutput(const OutputArguments& arguments) {
   plan.picture.stretch = StretchOf(arguments.stretch);
   plan.picture.bits = arguments.bits == "16" ? 16 : 8;
   if (plan.format == OutputFormat::kBip && !(arguments.stretch + arguments.bits).empty()) {
-    throw CLI::ValidationError(arguments.output,
-                               "a .bip holds samples as they are: --stretch and --bits are for a "
-                               ".png");
+    throw UsageError(arguments.output,
+                     "a .bip holds samples as they are: --stretch and --bits are for a "
+                     ".png");
   }
   return plan;
 }

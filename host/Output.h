@@ -1,12 +1,12 @@
 // The options and the writing of output that compose and stitch share.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "SatCommonUtils/Raster.h"
+#include "host/CommandEntry.h"
 #include "host/Picture.h"
 #include "host/PixelArea.h"
 
@@ -21,7 +21,7 @@ struct OutputArguments {
 };
 
 /// Adds -o, --rect, --stretch and --bits to a subcommand; `arguments` must outlive it.
-void AddOutputOptions(CLI::App& command, OutputArguments& arguments);
+void AddOutputOptions(CommandEntry& command, OutputArguments& arguments);
 
 enum class OutputFormat { kPng, kBip };
 
@@ -33,7 +33,7 @@ struct OutputPlan {
   PictureOptions picture;
 };
 
-/// Reads the options; throws CLI::ValidationError for what is wrong use: an unknown ending, a
+/// Reads the options; throws UsageError for what is wrong use: an unknown ending, a
 /// malformed value, picture options for a .bip.
 OutputPlan PlanOutput(const OutputArguments& arguments);
 

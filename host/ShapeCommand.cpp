@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 
@@ -18,7 +19,7 @@
 #include "host/ShapeInfo.h"
 #include "host/ShapeOutline.h"
 #include "host/TextInput.h"
-#include "host/ValueKind.h"
+#include "host/UsageError.h"
 
 namespace ravelin {
 namespace {
@@ -55,7 +56,7 @@ void Inform(const InfoArguments& arguments) {
 
 void CheckEnding(const std::string& path, const std::string& ending) {
   if (tolower(path).ends_with(ending)) return;
-  throw CLI::ValidationError(path, "end the name in " + ending);
+  throw UsageError(path, "end the name in " + ending);
 }
 
 ImageSize SizeOf(const std::string& text) {
@@ -64,9 +65,8 @@ ImageSize SizeOf(const std::string& text) {
       size->height <= kMostSide) {
     return *size;
   }
-  throw CLI::ValidationError("--size", "'" + text + "' is not WxH with pixels from " +
-                                           std::to_string(kLeastSide) + " to " +
-                                           std::to_string(kMostSide));
+  throw UsageError("--size", "'" + text + "' is not WxH with pixels from " +
+                                 std::to_string(kLeastSide) + " to " + std::to_string(kMostSide));
 }
 
 void WritePng(const GreyPicture& picture, const std::string& path) {
@@ -159,64 +159,60 @@ void MakeFromPoints(const FromPointsArguments& arguments) {
   NoteStrangers(base, !arguments.wkt.empty());
 }
 
-void AddInfo(CLI::App& shape) {
+void AddInfo(CommandEntry& shape) {
   const auto arguments = std::make_shared<InfoArguments>();
-  CLI::App* command = shape.add_subcommand("info", "Say what a shapefile is, or why it is refused");
-  command->add_option("FILE", arguments->file, "Any file")
-      ->type_name("")
-      ->check(FileValue())
-      ->required();
-  command->add_flag("--json", arguments->json, "Print JSON instead of text");
-  command->footer("Example:\n  ravelin shape info footprint.shp");
-  command->callback([arguments] { Inform(*arguments); });
+  CommandEntry command = shape.AddCommand("info", "Say what a shapefile is, or why it is refused");
+  command.AddOption("FILE", arguments->file, "Any file").TypeName("").Kind(FileValue()).Required();
+  command.AddFlag("--json", arguments->json, "Print JSON instead of text");
+  command.Footer("Example:\n  ravelin shape info footprint.shp");
+  command.OnRun([arguments] { Inform(*arguments); });
 }
 
-void AddShow(CLI::App& shape) {
+void AddShow(CommandEntry& shape) {
   const auto arguments = std::make_shared<ShowArguments>();
-  CLI::App* command = shape.add_subcommand("show", "Draw the first polygon");
-  command->add_option("FILE", arguments->file, "Main file of a shapefile")
-      ->type_name("")
-      ->check(FileValue())
-      ->required();
-  command->add_option("-o,--output", arguments->output, "Picture to write")
-      ->type_name("OUT.png")
-      ->check(FileValue())
-      ->required();
-  command->add_option("--size", arguments->size, "Most pixels (default: 1000x1000)")
-      ->type_name("WxH");
-  command->footer("Example:\n  ravelin shape show footprint.shp -o footprint.png");
-  command->callback([arguments] { Show(*arguments); });
+  CommandEntry command = shape.AddCommand("show", "Draw the first polygon");
+  command.AddOption("FILE", arguments->file, "Main file of a shapefile")
+      .TypeName("")
+      .Kind(FileValue())
+      .Required();
+  command.AddOption("-o,--output", arguments->output, "Picture to write")
+      .TypeName("OUT.png")
+      .Kind(FileValue())
+      .Required();
+  command.AddOption("--size", arguments->size, "Most pixels (default: 1000x1000)").TypeName("WxH");
+  command.Footer("Example:\n  ravelin shape show footprint.shp -o footprint.png");
+  command.OnRun([arguments] { Show(*arguments); });
 }
 
-void AddFromPoints(CLI::App& shape) {
+void AddFromPoints(CommandEntry& shape) {
   const auto arguments = std::make_shared<FromPointsArguments>();
-  CLI::App* command = shape.add_subcommand("from-points", "Make a shapefile of one ring");
-  command->add_option("FILE", arguments->points, "Text, \"x y\" a line; - for standard input")
-      ->type_name("")
-      ->check(FileValue())
-      ->required();
+  CommandEntry command = shape.AddCommand("from-points", "Make a shapefile of one ring");
+  command.AddOption("FILE", arguments->points, "Text, \"x y\" a line; - for standard input")
+      .TypeName("")
+      .Kind(FileValue())
+      .Required();
   command
-      ->add_option("-o,--output", arguments->output,
-                   "Main file to write; .shx and .dbf come beside it")
-      ->type_name("OUT.shp")
-      ->check(FileValue())
-      ->required();
-  command->add_option("--wkt", arguments->wkt, "Coordinate system, to be written as .prj")
-      ->type_name("FILE")
-      ->check(FileValue());
-  command->footer("Example:\n  ravelin shape from-points corners.txt -o footprint.shp");
-  command->callback([arguments] { MakeFromPoints(*arguments); });
+      .AddOption("-o,--output", arguments->output,
+                 "Main file to write; .shx and .dbf come beside it")
+      .TypeName("OUT.shp")
+      .Kind(FileValue())
+      .Required();
+  command.AddOption("--wkt", arguments->wkt, "Coordinate system, to be written as .prj")
+      .TypeName("FILE")
+      .Kind(FileValue());
+  command.Footer("Example:\n  ravelin shape from-points corners.txt -o footprint.shp");
+  command.OnRun([arguments] { MakeFromPoints(*arguments); });
 }
 
 }  // namespace
 
-void AddShapeCommand(CLI::App& app) {
-  CLI::App* shape = app.add_subcommand("shape", "Tell, draw and make shapefiles of one polygon");
-  shape->require_subcommand(1);
-  AddInfo(*shape);
-  AddShow(*shape);
-  AddFromPoints(*shape);
-  shape->footer("Example:\n  ravelin shape info footprint.shp");
+void AddShapeCommand(CommandEntry& program) {
+  CommandEntry shape = program.AddCommand("shape", "Tell, draw and make shapefiles of one polygon");
+  shape.RequireCommand();
+  AddInfo(shape);
+  AddShow(shape);
+  AddFromPoints(shape);
+  shape.Footer("Example:\n  ravelin shape info footprint.shp");
 }
 
 }  // namespace ravelin

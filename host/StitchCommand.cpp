@@ -9,7 +9,7 @@
 #include "host/ParseNumber.h"
 #include "host/TileFiles.h"
 #include "host/TileSet.h"
-#include "host/ValueKind.h"
+#include "host/UsageError.h"
 
 namespace ravelin {
 namespace {
@@ -23,7 +23,7 @@ struct Arguments {
 
 unsigned long LevelOf(const std::string& text) {
   const std::optional<unsigned long> level = ParseNumber<unsigned long>(text);
-  if (!level) throw CLI::ValidationError("--level", "'" + text + "' is not a whole number from 0");
+  if (!level) throw UsageError("--level", "'" + text + "' is not a whole number from 0");
   return *level;
 }
 
@@ -47,27 +47,28 @@ void Stitch(const Arguments& arguments) {
 
 }  // namespace
 
-void AddStitchCommand(CLI::App& app) {
+void AddStitchCommand(CommandEntry& program) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App* command = app.add_subcommand("stitch", "Make one image of the super tiles of a scene");
-  command->add_option("INDEX", arguments->index, "Text file that lists the tiles, one a line")
-      ->type_name("")
-      ->check(FileValue())
-      ->required();
+  CommandEntry command =
+      program.AddCommand("stitch", "Make one image of the super tiles of a scene");
+  command.AddOption("INDEX", arguments->index, "Text file that lists the tiles, one a line")
+      .TypeName("")
+      .Kind(FileValue())
+      .Required();
   command
-      ->add_option("--level", arguments->level,
-                   "Level to write, each halving the pixels of the one\n"
-                   "before; raw files have level 0 only")
-      ->type_name("L")
-      ->capture_default_str();
-  command->add_flag("--allow-outside", arguments->allowOutside,
-                    "Read files outside the folder of the index");
-  AddOutputOptions(*command, arguments->output);
-  command->footer(
+      .AddOption("--level", arguments->level,
+                 "Level to write, each halving the pixels of the one\n"
+                 "before; raw files have level 0 only")
+      .TypeName("L")
+      .ShowDefault();
+  command.AddFlag("--allow-outside", arguments->allowOutside,
+                  "Read files outside the folder of the index");
+  AddOutputOptions(command, arguments->output);
+  command.Footer(
       "A line of the index: left top right bottom srcLeft srcTop width height KEY=FILE ...\n\n"
       "Example:\n"
       "  ravelin stitch scene/tiles.idx -o scene.png");
-  command->callback([arguments] { Stitch(*arguments); });
+  command.OnRun([arguments] { Stitch(*arguments); });
 }
 
 }  // namespace ravelin

@@ -8,7 +8,6 @@
 #include "host/TextOutput.h"
 #include "host/TreeConversion.h"
 #include "host/TreeListing.h"
-#include "host/ValueKind.h"
 
 namespace ravelin {
 namespace {
@@ -92,31 +91,24 @@ constexpr Job kShow = {"show",
                        "Example:\n  ravelin tree show product.xml",
                        Show};
 
-void AddJob(CLI::App& tree, const Job& job) {
+void AddJob(CommandEntry& tree, const Job& job) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App* command = tree.add_subcommand(job.name, job.description);
-  command->add_option("IN", arguments->input, job.input)
-      ->type_name("")
-      ->check(FileValue())
-      ->required();
-  command->add_option("-o,--output", arguments->output, job.output)
-      ->type_name("OUT")
-      ->check(FileValue());
-  command->add_option("--section", arguments->section, job.section)
-      ->type_name("NAME")
-      ->capture_default_str();
-  if (job.run == Show) command->add_flag("--json", arguments->json, "Write JSON instead of text");
-  command->footer(job.footer);
-  command->callback([&job, arguments] { job.run(*arguments); });
+  CommandEntry command = tree.AddCommand(job.name, job.description);
+  command.AddOption("IN", arguments->input, job.input).TypeName("").Kind(FileValue()).Required();
+  command.AddOption("-o,--output", arguments->output, job.output).TypeName("OUT").Kind(FileValue());
+  command.AddOption("--section", arguments->section, job.section).TypeName("NAME").ShowDefault();
+  if (job.run == Show) command.AddFlag("--json", arguments->json, "Write JSON instead of text");
+  command.Footer(job.footer);
+  command.OnRun([&job, arguments] { job.run(*arguments); });
 }
 
 }  // namespace
 
-void AddTreeCommand(CLI::App& app) {
-  CLI::App* tree = app.add_subcommand("tree", "Convert and list trees of tagged metadata");
-  tree->require_subcommand(1);
-  for (const Job* job : {&kTextToXml, &kXmlToText, &kShow}) AddJob(*tree, *job);
-  tree->footer("Example:\n  ravelin tree text2xml product.txt | ravelin tree show -");
+void AddTreeCommand(CommandEntry& program) {
+  CommandEntry tree = program.AddCommand("tree", "Convert and list trees of tagged metadata");
+  tree.RequireCommand();
+  for (const Job* job : {&kTextToXml, &kXmlToText, &kShow}) AddJob(tree, *job);
+  tree.Footer("Example:\n  ravelin tree text2xml product.txt | ravelin tree show -");
 }
 
 }  // namespace ravelin

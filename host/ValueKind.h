@@ -1,7 +1,6 @@
 // What the value of an option may be, said in the table of options.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
@@ -20,18 +19,18 @@ struct ValueKind {
   std::vector<std::string> words;
 };
 
-/// Say the kind of an option's value; they check nothing and do not show in the help.
-///
-///     command.add_option("INDEX", index, "Text file that lists the tiles")->check(FileValue());
-CLI::Validator FileValue();
-CLI::Validator FolderValue();
-CLI::Validator KeyedFileValue(const std::vector<std::string>& keys,
-                              const std::vector<std::string>& endings);
+ValueKind FileValue();
+ValueKind FolderValue();
+ValueKind ChoiceValue(const std::vector<std::string>& words);
+ValueKind KeyedFileValue(const std::vector<std::string>& keys,
+                         const std::vector<std::string>& endings);
 
-/// Says that the value is one of several words, and refuses all others.
-CLI::Validator ChoiceValue(const std::vector<std::string>& words);
+/// What is wrong with a text as a value of the kind; empty when nothing is. Only the words of a
+/// choice are looked at: whether a file is there shows when it is opened.
+std::string RefusalOf(const std::string& text, const ValueKind& kind);
 
-/// What was said of an option; text when nothing was.
-ValueKind KindOf(CLI::Option& option);
+/// The kind as one text, and back; what is no such text is the kind `kText`. Words hold no spaces.
+std::string ToText(const ValueKind& kind);
+ValueKind ParseValueKind(const std::string& text);
 
 }  // namespace ravelin

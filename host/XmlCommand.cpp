@@ -6,7 +6,6 @@
 #include "host/TextEncoding.h"
 #include "host/TextInput.h"
 #include "host/TextOutput.h"
-#include "host/ValueKind.h"
 #include "host/XmlConversion.h"
 #include "host/XmlValue.h"
 
@@ -59,43 +58,42 @@ void PrintValue(const ValueArguments& arguments) {
   PrintText(XmlValue(input.text, arguments.path, input.name) + "\n");
 }
 
-void AddConverter(CLI::App& xml, const Converter& converter) {
+void AddConverter(CommandEntry& xml, const Converter& converter) {
   const auto arguments = std::make_shared<ConversionArguments>();
-  CLI::App* command = xml.add_subcommand(converter.name, converter.description);
-  command->add_option("IN", arguments->input, converter.input)
-      ->type_name("")
-      ->check(FileValue())
-      ->required();
-  command->add_option("-o,--output", arguments->output, "XML to write (default: standard output)")
-      ->type_name("OUT")
-      ->check(FileValue());
-  command->footer(converter.footer);
-  command->callback([&converter, arguments] { Convert(converter, *arguments); });
+  CommandEntry command = xml.AddCommand(converter.name, converter.description);
+  command.AddOption("IN", arguments->input, converter.input)
+      .TypeName("")
+      .Kind(FileValue())
+      .Required();
+  command.AddOption("-o,--output", arguments->output, "XML to write (default: standard output)")
+      .TypeName("OUT")
+      .Kind(FileValue());
+  command.Footer(converter.footer);
+  command.OnRun([&converter, arguments] { Convert(converter, *arguments); });
 }
 
-void AddGet(CLI::App& xml) {
+void AddGet(CommandEntry& xml) {
   const auto arguments = std::make_shared<ValueArguments>();
-  CLI::App* command = xml.add_subcommand("get", "Print one value of an XML-ini file");
-  command->add_option("FILE", arguments->file, "XML-ini, - for standard input")
-      ->type_name("")
-      ->check(FileValue())
-      ->required();
-  command
-      ->add_option("PATH", arguments->path, "SECTION/.../NAME of the value; a / in a name is \\/")
-      ->type_name("")
-      ->required();
-  command->footer("Example:\n  ravelin xml get scene.xml IMAGE/LINES");
-  command->callback([arguments] { PrintValue(*arguments); });
+  CommandEntry command = xml.AddCommand("get", "Print one value of an XML-ini file");
+  command.AddOption("FILE", arguments->file, "XML-ini, - for standard input")
+      .TypeName("")
+      .Kind(FileValue())
+      .Required();
+  command.AddOption("PATH", arguments->path, "SECTION/.../NAME of the value; a / in a name is \\/")
+      .TypeName("")
+      .Required();
+  command.Footer("Example:\n  ravelin xml get scene.xml IMAGE/LINES");
+  command.OnRun([arguments] { PrintValue(*arguments); });
 }
 
 }  // namespace
 
-void AddXmlCommand(CLI::App& app) {
-  CLI::App* xml = app.add_subcommand("xml", "Convert metadata to XML and read values of it");
-  xml->require_subcommand(1);
-  for (const Converter& converter : kConverters) AddConverter(*xml, converter);
-  AddGet(*xml);
-  xml->footer("Example:\n  ravelin xml nasa-pvl scene_MTL.txt | ravelin xml get - IMAGE/LINES");
+void AddXmlCommand(CommandEntry& program) {
+  CommandEntry xml = program.AddCommand("xml", "Convert metadata to XML and read values of it");
+  xml.RequireCommand();
+  for (const Converter& converter : kConverters) AddConverter(xml, converter);
+  AddGet(xml);
+  xml.Footer("Example:\n  ravelin xml nasa-pvl scene_MTL.txt | ravelin xml get - IMAGE/LINES");
 }
 
 }  // namespace ravelin

@@ -20,9 +20,8 @@ void Write(const std::string& path, const std::string& text) {
 }
 
 void WriteDocuments(const std::string& folder) {
-  CLI::App app;
-  ravelin::DescribeCommandLine(app);
-  const ravelin::DocumentedCommand program = ravelin::ReadOptionTable(app);
+  const ravelin::DocumentedCommand program =
+      ravelin::ReadOptionTable(*ravelin::DescribeCommandLine());
   Write(folder + "/ravelin.1", ravelin::ManPage(program, RAVELIN_VERSION));
   Write(folder + "/ravelin.bash", ravelin::BashCompletion(program));
   Write(folder + "/_ravelin", ravelin::ZshCompletion(program));

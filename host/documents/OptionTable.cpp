@@ -1,5 +1,6 @@
 #include "host/documents/OptionTable.h"
 
+#include <CLI/CLI.hpp>
 #include <sstream>
 
 namespace ravelin {
@@ -8,6 +9,15 @@ namespace {
 std::string OneLine(std::string text) {
   for (char& c : text) c = c == '\n' ? ' ' : c;
   return text;
+}
+
+/// The name of the option's first validator, which is where the table keeps the kind.
+ValueKind KindOf(CLI::Option& option) {
+  try {
+    return ParseValueKind(option.get_validator(0)->get_name());
+  } catch (const CLI::OptionNotFound&) {
+    return {};
+  }
 }
 
 DocumentedOption Document(CLI::Option& option) {

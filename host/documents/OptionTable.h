@@ -1,11 +1,14 @@
 // The table of options as the documents that are made of it need it.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
 #include "host/ValueKind.h"
+
+namespace CLI {
+class App;
+}  // namespace CLI
 
 namespace ravelin {
 

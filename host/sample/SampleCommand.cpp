@@ -9,7 +9,6 @@
 #include "host/MakeFolder.h"
 #include "host/PendingFile.h"
 #include "host/TextOutput.h"
-#include "host/ValueKind.h"
 #include "host/sample/SampleLabel.h"
 #include "host/sample/SampleLayout.h"
 #include "host/sample/Scene.h"
@@ -146,15 +145,15 @@ void WriteSample(const std::string& folder) {
   files.Commit();
 }
 
-void AddSampleCommand(CLI::App& app) {
+void AddSampleCommand(CommandEntry& program) {
   const auto folder = std::make_shared<std::string>();
-  CLI::App* command =
-      app.add_subcommand("sample", "Write a demonstration product to try things on");
-  command->add_option("DIR", *folder, "Folder to write into; made when it is missing")
-      ->check(FolderValue())
-      ->required();
-  command->footer("Example:\n  ravelin sample sample");
-  command->callback([folder] {
+  CommandEntry command =
+      program.AddCommand("sample", "Write a demonstration product to try things on");
+  command.AddOption("DIR", *folder, "Folder to write into; made when it is missing")
+      .Kind(FolderValue())
+      .Required();
+  command.Footer("Example:\n  ravelin sample sample");
+  command.OnRun([folder] {
     const std::string place = folder->starts_with('-') ? "./" + *folder : *folder;
     WriteSample(place);
     PrintText(Summary(place));

@@ -1,14 +1,15 @@
 // ravelin sample: a demonstration product to try the other subcommands on.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
+
+#include "host/CommandEntry.h"
 
 namespace ravelin {
 
 /// Adds the subcommand; it runs when the command line is parsed and throws HostError when its work
 /// fails.
-void AddSampleCommand(CLI::App& app);
+void AddSampleCommand(CommandEntry& program);
 
 /// Writes the sample product into `folder`, which is made when it is missing: the bands, the tiles
 /// with their index, the projection and, last, the label. Each file is replaced only when the new

@@ -4,6 +4,7 @@
 #include <iostream>
 #include <map>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -11,7 +12,7 @@
 
 #include "host/HostError.h"
 #include "host/ProgressBar.h"
-#include "host/ValueKind.h"
+#include "host/UsageError.h"
 #include "host/scene/SceneRun.h"
 #include "host/scene/SceneSummary.h"
 
@@ -43,7 +44,7 @@ std::vector<T> ParseAll(const std::vector<std::string>& texts, const char* optio
   try {
     for (const std::string& text : texts) all.push_back(parse(text));
   } catch (const std::invalid_argument& error) {
-    throw CLI::ValidationError(option, error.what());
+    throw UsageError(option, error.what());
   }
   return all;
 }
@@ -52,9 +53,8 @@ void CheckKeys(const std::vector<BandChoice>& bands) {
   std::set<int> keys;
   for (const BandChoice& band : bands) {
     if (keys.insert(band.key).second) continue;
-    throw CLI::ValidationError("--band", "the key " + std::to_string(band.key) +
-                                             " has a second file, " + band.file +
-                                             ": give each band a key of its own");
+    throw UsageError("--band", "the key " + std::to_string(band.key) + " has a second file, " +
+                                   band.file + ": give each band a key of its own");
   }
 }
 
@@ -62,7 +62,7 @@ std::optional<ImageSize> SizeOf(const std::string& text) {
   if (text.empty()) return std::nullopt;
   const std::optional<ImageSize> size = ParseSize(text);
   if (size) return size;
-  throw CLI::ValidationError(
+  throw UsageError(
       "--size", "'" + text + "' is not WxH in whole pixels from 1 to " + std::to_string(kMaxSide));
 }
 
@@ -93,7 +93,7 @@ std::string OutputOf(const Arguments& arguments, const std::string& folder) {
   if (!arguments.output.empty() && !several) return arguments.output;
   const std::string name = Resolved(folder).filename().string();
   if (name.empty()) {
-    throw CLI::ValidationError(folder, "has no name to call the output after: give -o OUT");
+    throw UsageError(folder, "has no name to call the output after: give -o OUT");
   }
   return arguments.output.empty() ? name + "-ravelin" : arguments.output + "/" + name;
 }
@@ -105,12 +105,12 @@ std::vector<SceneJob> JobsOf(const Arguments& arguments) {
     const std::string output = OutputOf(arguments, folder);
     const fs::path place = Resolved(output);
     if (place == Resolved(folder)) {
-      throw CLI::ValidationError(folder, "would be written into itself: give another -o OUT");
+      throw UsageError(folder, "would be written into itself: give another -o OUT");
     }
     const auto [other, fresh] = outputs.emplace(place, folder);
     if (!fresh) {
-      throw CLI::ValidationError(folder, "would be written into " + output + " as " +
-                                             other->second + " is: give each a call of its own");
+      throw UsageError(folder, "would be written into " + output + " as " + other->second +
+                                   " is: give each a call of its own");
     }
     jobs.push_back({folder, output});
   }
@@ -145,68 +145,68 @@ void RunScenes(const Arguments& arguments) {
                   "see the messages above");
 }
 
-void AddInputOptions(CLI::App& command, Arguments& arguments) {
-  command.add_option("FOLDER", arguments.folders, "Folder of a product; several are done in turn")
-      ->type_name("")
-      ->check(FolderValue())
-      ->required();
+void AddInputOptions(CommandEntry& command, Arguments& arguments) {
+  command.AddOption("FOLDER", arguments.folders, "Folder of a product; several are done in turn")
+      .TypeName("")
+      .Kind(FolderValue())
+      .Required();
   command
-      .add_option("--label", arguments.label,
-                  "Label in FOLDER (default: the only *_mtl.txt, *.lbl,\n"
-                  "*.pvl, *.met or *label.txt there, in any case)")
-      ->type_name("FILE");
+      .AddOption("--label", arguments.label,
+                 "Label in FOLDER (default: the only *_mtl.txt, *.lbl,\n"
+                 "*.pvl, *.met or *label.txt there, in any case)")
+      .TypeName("FILE");
   command
-      .add_option("--dialect", arguments.dialect,
-                  "Dialect of the label: pvl or nasa (default: told by\n"
-                  "its first BEGIN_GROUP or GROUP)")
-      ->type_name("NAME")
-      ->check(ChoiceValue({DialectName(Dialect::kPvl), DialectName(Dialect::kNasa)}));
+      .AddOption("--dialect", arguments.dialect,
+                 "Dialect of the label: pvl or nasa (default: told by\n"
+                 "its first BEGIN_GROUP or GROUP)")
+      .TypeName("NAME")
+      .Kind(ChoiceValue({DialectName(Dialect::kPvl), DialectName(Dialect::kNasa)}));
   command
-      .add_option("--map", arguments.mappings,
-                  "Read the label's value KEY as the value NAME of\n"
-                  "docs/scene.md")
-      ->type_name("KEY=NAME");
-  command.add_option("--size", arguments.size, "Width and height of every band, pixels")
-      ->type_name("WxH");
-  command.add_option("--order", arguments.order, "Byte order of every band: big or little")
-      ->type_name("NAME")
-      ->check(
+      .AddOption("--map", arguments.mappings,
+                 "Read the label's value KEY as the value NAME of\n"
+                 "docs/scene.md")
+      .TypeName("KEY=NAME");
+  command.AddOption("--size", arguments.size, "Width and height of every band, pixels")
+      .TypeName("WxH");
+  command.AddOption("--order", arguments.order, "Byte order of every band: big or little")
+      .TypeName("NAME")
+      .Kind(
           ChoiceValue({OrderName(BytesOrder::boBigEndian), OrderName(BytesOrder::boLittleEndian)}));
   command
-      .add_option("--band", arguments.bands,
-                  "What a file in FOLDER shows (red, green, blue or a\n"
-                  "number), its name and byte order; the bands of the\n"
-                  "label do not count then")
-      ->type_name("KEY=FILE[:big|:little]");
+      .AddOption("--band", arguments.bands,
+                 "What a file in FOLDER shows (red, green, blue or a\n"
+                 "number), its name and byte order; the bands of the\n"
+                 "label do not count then")
+      .TypeName("KEY=FILE[:big|:little]");
 }
 
-void AddOutputOptions(CLI::App& command, Arguments& arguments) {
+void AddOutputOptions(CommandEntry& command, Arguments& arguments) {
   command
-      .add_option("-o,--output", arguments.output,
-                  "Folder to write into; of several FOLDERs each into\n"
-                  "one of its own in there (default: FOLDER's name with\n"
-                  "-ravelin behind it)")
-      ->type_name("OUT")
-      ->check(FolderValue());
-  command.add_flag("--pixels", arguments.pixels, "Write all pixels, too: pixels.bip with its .hdr");
-  command.add_flag("--full", arguments.full, "Do not reduce the quicklook to 2048 pixels a side");
-  command.add_flag("--json", arguments.json, "Print a summary in JSON instead of text");
-  command.add_flag("--quiet", arguments.quiet, "Print neither text nor progress");
+      .AddOption("-o,--output", arguments.output,
+                 "Folder to write into; of several FOLDERs each into\n"
+                 "one of its own in there (default: FOLDER's name with\n"
+                 "-ravelin behind it)")
+      .TypeName("OUT")
+      .Kind(FolderValue());
+  command.AddFlag("--pixels", arguments.pixels, "Write all pixels, too: pixels.bip with its .hdr");
+  command.AddFlag("--full", arguments.full, "Do not reduce the quicklook to 2048 pixels a side");
+  command.AddFlag("--json", arguments.json, "Print a summary in JSON instead of text");
+  command.AddFlag("--quiet", arguments.quiet, "Print neither text nor progress");
 }
 
 }  // namespace
 
-void AddSceneCommand(CLI::App& app) {
+void AddSceneCommand(CommandEntry& program) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App* command = app.add_subcommand("scene", "Make everything of a product folder");
-  AddInputOptions(*command, *arguments);
-  AddOutputOptions(*command, *arguments);
-  command->footer(
+  CommandEntry command = program.AddCommand("scene", "Make everything of a product folder");
+  AddInputOptions(command, *arguments);
+  AddOutputOptions(command, *arguments);
+  command.Footer(
       "Writes a quicklook, the metadata and the projection as XML, the footprint as a\n"
       "shapefile, a tree of what was found and a log. FOLDER goes before --band and --map.\n\n"
       "Example:\n"
       "  ravelin scene demo/sample -o demo/scene");
-  command->callback([arguments] { RunScenes(*arguments); });
+  command.OnRun([arguments] { RunScenes(*arguments); });
 }
 
 }  // namespace ravelin

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "host/HostError.h"
+#include "host/UsageError.h"
 #include "host/support/PixelRaster.h"
 #include "host/support/Samples.h"
 #include "host/support/TempFolder.h"
@@ -15,6 +16,7 @@ using ravelin::OutputFormat;
 using ravelin::OutputPlan;
 using ravelin::PlanOutput;
 using ravelin::StretchKind;
+using ravelin::UsageError;
 
 OutputPlan PlanOf(const std::string& output, const std::string& stretch = "",
                   const std::string& bits = "") {
@@ -29,7 +31,7 @@ TEST(Output, TellsTheFormatByTheEndingInAnyCase) {
 
 TEST(Output, RefusesOtherEndings) {
   for (const char* name : {"", "a", "a.tif", "png", "a.png.gz", "-"}) {
-    EXPECT_THROW(PlanOf(name), CLI::ValidationError) << name;
+    EXPECT_THROW(PlanOf(name), UsageError) << name;
   }
 }
 
@@ -54,7 +56,7 @@ TEST(Output, TakesNoStretch) {
 TEST(Output, RefusesOtherStretches) {
   for (const char* text :
        {"1", "1,", ",1", "2,1", "1,1", "-1,5", "0,65536", "1,2,3", "None", "a,b"}) {
-    EXPECT_THROW(PlanOf("a.png", text), CLI::ValidationError) << text;
+    EXPECT_THROW(PlanOf("a.png", text), UsageError) << text;
   }
 }
 
@@ -64,12 +66,12 @@ TEST(Output, TakesEightOrSixteenBits) {
 }
 
 TEST(Output, RefusesPictureOptionsForInterleavedFiles) {
-  EXPECT_THROW(PlanOf("a.bip", "none"), CLI::ValidationError);
-  EXPECT_THROW(PlanOf("a.bip", "", "16"), CLI::ValidationError);
+  EXPECT_THROW(PlanOf("a.bip", "none"), UsageError);
+  EXPECT_THROW(PlanOf("a.bip", "", "16"), UsageError);
 }
 
 TEST(Output, RefusesAMalformedArea) {
-  EXPECT_THROW(PlanOutput({"a.png", "1,2,3", "", ""}), CLI::ValidationError);
+  EXPECT_THROW(PlanOutput({"a.png", "1,2,3", "", ""}), UsageError);
 }
 
 TEST(Output, WritesTheAreaAskedFor) {

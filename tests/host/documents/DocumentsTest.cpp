@@ -31,9 +31,7 @@ using testing::UnorderedElementsAre;
 using Words = std::vector<std::string>;
 
 DocumentedCommand Program() {
-  CLI::App app;
-  DescribeCommandLine(app);
-  return ReadOptionTable(app);
+  return ReadOptionTable(*DescribeCommandLine());
 }
 
 /// What a line of sh prints, errors included.
