@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <vector>
 

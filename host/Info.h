@@ -1,7 +1,7 @@
 // What a file of the command is: an interleaved image or a tile index.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 namespace ravelin {

@@ -1,7 +1,7 @@
 // What a shapefile is, in words and as JSON.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 #include "host/ShapeFile.h"

@@ -1,5 +1,7 @@
 #include "host/scene/SceneSummary.h"
 
+#include <nlohmann/json.hpp>
+
 #include "Kv/Text.h"
 #include "host/HostError.h"
 

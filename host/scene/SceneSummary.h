@@ -1,7 +1,7 @@
 // What became of scenes, for people and for programs.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include "host/HostError.h"
 #include "host/support/Samples.h"
 #include "host/support/TempFolder.h"

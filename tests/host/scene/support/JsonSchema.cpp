@@ -1,5 +1,6 @@
 #include "host/scene/support/JsonSchema.h"
 
+#include <nlohmann/json.hpp>
 #include <set>
 #include <stdexcept>
 

@@ -1,7 +1,7 @@
 // Checking JSON by a JSON schema.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 /// What is wrong with a value by a schema, with the place; empty when nothing is. Knows the
