@@ -7,8 +7,8 @@
 #include <string>
 
 #include "SatCommonUtils/Files.h"
-#include "host/support/TempFolder.h"
 #include "support/FailingNew.h"
+#include "support/TempFolder.h"
 
 namespace {
 

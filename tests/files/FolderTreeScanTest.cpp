@@ -19,9 +19,9 @@
 
 #include "SatCommonUtils/Files.h"
 #include "files/ProgressLog.h"
-#include "host/support/TempFolder.h"
 #include "kv/Growth.h"
 #include "support/FailingNew.h"
+#include "support/TempFolder.h"
 
 namespace {
 

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <functional>
-#include <new>
 #include <random>
 #include <string>
 #include <vector>
@@ -13,11 +11,12 @@
 #include "Kv/Services.h"
 #include "SatCommonUtils/Files.h"
 #include "kv/Growth.h"
-#include "kv/TemporaryFolder.h"
-#include "support/FailingNew.h"
+#include "support/EveryAllocation.h"
+#include "support/TempFolder.h"
 
 namespace {
 
+using ravelin_test::FailuresOf;
 using SatCommonUtils::TTemporaryFilesList;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -29,7 +28,7 @@ class TemporaryFilesListTest : public ::testing::Test {
   ~TemporaryFilesListTest() override { std::filesystem::current_path(former_); }
 
   void MakeFiles(const std::vector<std::string>& names) const {
-    for (const std::string& name : names) folder.File(name, "");
+    for (const std::string& name : names) folder.Write(name, "");
   }
   std::vector<std::string> FilesThere() const {
     std::vector<std::string> names;
@@ -39,7 +38,7 @@ class TemporaryFilesListTest : public ::testing::Test {
     return names;
   }
 
-  kv_test::TemporaryFolder folder;
+  TempFolder folder;
   TTemporaryFilesList list;
 
  private:
@@ -263,22 +262,6 @@ TEST_F(TemporaryFilesListTest, ManyFilesCostNotMuchMoreThanLinearTime) {
     many.DeleteAllFiles();
     EXPECT_THAT(many.files, IsEmpty());
   }));
-}
-
-/// Runs `action` with no allocation, with one ... until it succeeds; `failed` looks at the rest
-/// after each failure. Returns how often it failed.
-unsigned long FailuresOf(const std::function<void()>& action, const std::function<void()>& failed) {
-  for (unsigned long successes = 0; successes < 100; ++successes) {
-    try {
-      const ravelin_test::FailingNew failing(successes);
-      action();
-      return successes;
-    } catch (const std::bad_alloc&) {
-      failed();
-    }
-  }
-  ADD_FAILURE() << "it never succeeded";
-  return 0;
 }
 
 /// Too long for a string to hold without memory of its own.

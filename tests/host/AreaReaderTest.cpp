@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/HostError.h"
+#include "host/support/ErrorOf.h"
 #include "host/support/Samples.h"
 
 namespace {
@@ -148,12 +149,8 @@ TEST(AreaReader, ThrowsWhenTheRasterGivesNothing) {
   Numbered raster(5, 4, 1);
   raster.fail = true;
   AreaReader reader(raster, 0, {0, 1, 5, 3}, "out.png");
-  try {
-    ReadAll(reader);
-    FAIL();
-  } catch (const HostError& error) {
-    EXPECT_THAT(error.what(), testing::HasSubstr("out.png: rows 1 to 3 could not be read"));
-  }
+  EXPECT_THAT(ErrorOf([&] { ReadAll(reader); }),
+              testing::HasSubstr("out.png: rows 1 to 3 could not be read"));
 }
 
 }  // namespace

@@ -8,8 +8,9 @@
 #include <filesystem>
 
 #include "host/HostError.h"
+#include "host/support/ErrorOf.h"
 #include "host/support/Samples.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -36,12 +37,7 @@ BandLayout ShortAllowed(long width, long height, unsigned long offset = 0) {
 }
 
 std::string ErrorOf(const std::string& path, const BandLayout& layout) {
-  try {
-    BandFile band(path, layout);
-  } catch (const HostError& error) {
-    return error.what();
-  }
-  return "no error";
+  return ::ErrorOf([&] { BandFile band(path, layout); });
 }
 
 // The whole band, top row first.

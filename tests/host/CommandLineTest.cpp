@@ -9,7 +9,7 @@
 
 #include "host/support/RunCommand.h"
 #include "host/support/Samples.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

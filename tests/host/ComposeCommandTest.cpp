@@ -10,12 +10,12 @@
 
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/support/PngFile.h"
-#include "host/support/RunCommand.h"
 #include "host/support/Samples.h"
-#include "host/support/TempFolder.h"
+#include "host/support/Subcommand.h"
 
 namespace {
 
@@ -24,8 +24,7 @@ using testing::HasSubstr;
 using Words = std::vector<std::string>;
 
 CommandResult Compose(const TempFolder& folder, Words arguments) {
-  arguments.insert(arguments.begin(), "compose");
-  return RunCommand(arguments, folder.Path());
+  return RunSubcommand("compose", std::move(arguments), folder);
 }
 
 TEST(ComposeCommand, InterleavesBandsByAscendingKey) {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "host/HostError.h"
+#include "host/support/ErrorOf.h"
 
 namespace {
 
@@ -20,12 +21,7 @@ EnviHeader Parse(const std::string& text) {
 }
 
 std::string ErrorOf(const std::string& text) {
-  try {
-    Parse(text);
-  } catch (const HostError& error) {
-    return error.what();
-  }
-  return "no error";
+  return ::ErrorOf([&] { Parse(text); });
 }
 
 const std::string kSmall = "ENVI\nsamples = 4\nlines = 3\nbands = 2\ndata type = 12\n";

@@ -1,6 +1,5 @@
 #include "host/FilesCommand.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -8,10 +7,10 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "host/support/RunCommand.h"
-#include "host/support/TempFolder.h"
+#include "host/support/Subcommand.h"
 
 namespace {
 
@@ -36,22 +35,15 @@ class FilesCommand : public testing::Test {
   }
 
   CommandResult Files(Words arguments) const {
-    arguments.insert(arguments.begin(), "files");
-    return RunCommand(arguments, folder.Path());
+    return RunSubcommand("files", std::move(arguments), folder);
   }
 
   void ExpectOutput(const Words& arguments, const std::string& out) const {
-    const CommandResult result = Files(arguments);
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.err, "");
-    EXPECT_EQ(result.out, out);
+    ExpectDone(Files(arguments), out);
   }
 
   void ExpectFailure(const Words& arguments, const std::string& err) const {
-    const CommandResult result = Files(arguments);
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "ravelin: " + err + "\n");
+    ::ExpectFailure(Files(arguments), err);
   }
 
   void ExpectWrongUse(const Words& arguments, const std::string& err) const {
@@ -199,10 +191,7 @@ TEST_F(FilesCommand, FailsForWhatIsNoFolder) {
 }
 
 TEST_F(FilesCommand, FailsWhenTheListingCannotBeWritten) {
-  const CommandResult result = RunCommand({"files", "product"}, folder.Path(), [] {
-    const int full = open("/dev/full", O_WRONLY);
-    if (full < 0 || dup2(full, STDOUT_FILENO) < 0) _exit(126);
-  });
+  const CommandResult result = RunSubcommand("files", {"product"}, folder, ToFullDisk);
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_THAT(result.err, HasSubstr("standard output: cannot be written"));
 }

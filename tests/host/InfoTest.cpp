@@ -7,7 +7,7 @@
 
 #include "host/HostError.h"
 #include "host/support/Samples.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "host/HostError.h"
 #include "host/support/PixelRaster.h"
 #include "host/support/Samples.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "host/support/RunCommand.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "host/HostError.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

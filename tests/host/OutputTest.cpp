@@ -3,11 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/HostError.h"
 #include "host/UsageError.h"
+#include "host/support/ErrorOf.h"
 #include "host/support/PixelRaster.h"
 #include "host/support/Samples.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -87,15 +87,12 @@ TEST(Output, RefusesAnAreaOutsideTheImage) {
   TempFolder folder;
   PixelRaster raster(9, 8, 1, Samples(72));
   const OutputPlan plan = PlanOutput({folder / "a.bip", "2,1,8,4", "", ""});
-  try {
-    ravelin::WriteOutput({raster, 0, {"a"}}, plan);
-    FAIL();
-  } catch (const ravelin::HostError& error) {
-    EXPECT_STREQ(
-        error.what(),
-        "--rect: does not lie inside the image of 9 x 8 pixels; give X,Y,W,H with X + W up "
-        "to 9 and Y + H up to 8");
-  }
+  EXPECT_EQ(
+      ErrorOf([&] {
+        ravelin::WriteOutput({raster, 0, {"a"}}, plan);
+      }),
+      "--rect: does not lie inside the image of 9 x 8 pixels; give X,Y,W,H with X + W up to 9 "
+      "and Y + H up to 8");
   EXPECT_THAT(folder.Names(), testing::IsEmpty());
 }
 

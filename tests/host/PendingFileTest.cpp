@@ -11,7 +11,8 @@
 #include <string>
 
 #include "host/HostError.h"
-#include "host/support/TempFolder.h"
+#include "host/support/ErrorOf.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -26,12 +27,7 @@ void Write(PendingFile& file, const std::string& bytes) {
 }
 
 std::string ErrorOf(const std::string& path) {
-  try {
-    PendingFile file(path);
-  } catch (const HostError& error) {
-    return error.what();
-  }
-  return "no error";
+  return ::ErrorOf([&] { PendingFile file(path); });
 }
 
 TEST(PendingFile, HoldsWhatWasWrittenOnceItIsCommitted) {
@@ -155,14 +151,11 @@ TEST(PendingFile, ReportsAFullDiskByTheWriteThatMetIt) {
   const rlim_t kept = limit.rlim_cur;
   limit.rlim_cur = 100000;
   setrlimit(RLIMIT_FSIZE, &limit);
-  std::string message;
-  try {
+  const std::string message = ::ErrorOf([&] {
     PendingFile file(folder / "a");
     Write(file, std::string(1 << 20, 'x'));
     file.Commit();
-  } catch (const HostError& error) {
-    message = error.what();
-  }
+  });
   limit.rlim_cur = kept;
   setrlimit(RLIMIT_FSIZE, &limit);
   std::signal(SIGXFSZ, former);

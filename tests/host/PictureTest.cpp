@@ -9,7 +9,7 @@
 #include "host/support/PixelRaster.h"
 #include "host/support/PngFile.h"
 #include "host/support/Samples.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

@@ -4,8 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "host/HostError.h"
+#include "host/support/ErrorOf.h"
 #include "host/support/PngFile.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -48,12 +49,10 @@ TEST(PngWriter, WritesColoursOfSixteenBitsUpperByteFirst) {
 TEST(PngWriter, RefusesWhatNoPngCanBe) {
   TempFolder folder;
   PendingFile file(folder / "a.png");
-  try {
-    PngWriter writer(file, {0, 1, 1, 8}, "a.png");
-    FAIL();
-  } catch (const HostError& error) {
-    EXPECT_THAT(error.what(), testing::StartsWith("a.png: cannot be made a PNG: "));
-  }
+  EXPECT_THAT(ErrorOf([&] {
+                PngWriter writer(file, {0, 1, 1, 8}, "a.png");
+              }),
+              testing::StartsWith("a.png: cannot be made a PNG: "));
 }
 
 TEST(PngWriter, RefusesToFinishWithRowsMissing) {

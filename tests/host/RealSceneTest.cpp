@@ -12,7 +12,7 @@
 
 #include "host/support/PngFile.h"
 #include "host/support/RunCommand.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

@@ -1,21 +1,19 @@
 #include "host/ShapeCommand.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <cmath>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/support/PngFile.h"
-#include "host/support/RunCommand.h"
-#include "host/support/TempFolder.h"
+#include "host/support/Subcommand.h"
 #include "shapefile/ShapeFiles.h"
 
 namespace {
@@ -28,20 +26,7 @@ using Words = std::vector<std::string>;
 const char* const kSquareText = "0 0\n0 10\n10 10\n10 0\n";
 
 CommandResult Shape(const TempFolder& folder, Words arguments) {
-  arguments.insert(arguments.begin(), "shape");
-  return RunCommand(arguments, folder.Path());
-}
-
-void ExpectDone(const CommandResult& result, const std::string& out = "") {
-  EXPECT_EQ(result.exitCode, 0);
-  EXPECT_EQ(result.err, "");
-  EXPECT_EQ(result.out, out);
-}
-
-void ExpectFailure(const CommandResult& result, const std::string& err) {
-  EXPECT_EQ(result.exitCode, 1);
-  EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.err, "ravelin: " + err + "\n");
+  return RunSubcommand("shape", std::move(arguments), folder);
 }
 
 void ExpectWrongUse(const CommandResult& result, const std::string& part) {
@@ -161,10 +146,7 @@ TEST(ShapeCommand, FailsOnFilesThatAreNotThere) {
 TEST(ShapeCommand, FailsWhenStandardOutputIsFull) {
   TempFolder folder;
   folder.Write("a.shp", FileOf({kSquare}).Bytes());
-  const CommandResult result = RunCommand({"shape", "info", "a.shp"}, folder.Path(), [] {
-    const int descriptor = open("/dev/full", O_WRONLY);
-    if (descriptor < 0 || dup2(descriptor, STDOUT_FILENO) < 0) _exit(126);
-  });
+  const CommandResult result = RunSubcommand("shape", {"info", "a.shp"}, folder, ToFullDisk);
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_EQ(result.err,
             "ravelin: standard output: cannot be written; free some space or write elsewhere\n");
@@ -278,11 +260,8 @@ TEST(ShapeCommand, NotesFilesFromBeforeThatWouldBelongToTheNewOne) {
 TEST(ShapeCommand, ReadsPointsFromStandardInput) {
   TempFolder folder;
   folder.Write("a.txt", kSquareText);
-  const CommandResult result = RunCommand(
-      {"shape", "from-points", "-", "-o", "b.shp"}, folder.Path(), [path = folder / "a.txt"] {
-        const int descriptor = open(path.c_str(), O_RDONLY);
-        if (descriptor < 0 || dup2(descriptor, STDIN_FILENO) < 0) _exit(126);
-      });
+  const CommandResult result = RunSubcommand("shape", {"from-points", "-", "-o", "b.shp"}, folder,
+                                             FromFile(folder / "a.txt"));
   ExpectDone(result);
   EXPECT_EQ(folder.Read("b.shp"), FileOf({kSquare}).Bytes());
 }

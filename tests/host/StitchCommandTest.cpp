@@ -6,12 +6,12 @@
 #include <filesystem>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/support/PngFile.h"
-#include "host/support/RunCommand.h"
 #include "host/support/Samples.h"
-#include "host/support/TempFolder.h"
+#include "host/support/Subcommand.h"
 
 namespace {
 
@@ -20,8 +20,7 @@ using testing::HasSubstr;
 using Words = std::vector<std::string>;
 
 CommandResult Stitch(const TempFolder& folder, Words arguments) {
-  arguments.insert(arguments.begin(), "stitch");
-  return RunCommand(arguments, folder.Path());
+  return RunSubcommand("stitch", std::move(arguments), folder);
 }
 
 TEST(StitchCommand, PutsTheTilesTogether) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/HostError.h"
+#include "host/support/ErrorOf.h"
 
 namespace {
 
@@ -24,12 +25,7 @@ std::string Decoded(const std::string& bytes) {
 
 /// The message of a text that is refused.
 std::string Refusal(const std::string& bytes) {
-  try {
-    Decoded(bytes);
-  } catch (const HostError& error) {
-    return error.what();
-  }
-  return "taken";
+  return ErrorOf([&] { Decoded(bytes); });
 }
 
 TEST(DecodedText, KeepsABytesTextAsItIs) {

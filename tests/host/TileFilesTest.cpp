@@ -7,7 +7,8 @@
 #include <string>
 
 #include "host/HostError.h"
-#include "host/support/TempFolder.h"
+#include "host/support/ErrorOf.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -82,14 +83,10 @@ TEST_F(TileFiles, MayLieAnywhereWhenThatIsAllowed) {
 }
 
 TEST_F(TileFiles, SayWhatToDoWhenRefused) {
-  try {
-    Resolve("../out.raw");
-    FAIL();
-  } catch (const HostError& error) {
-    EXPECT_STREQ(error.what(),
-                 "../out.raw: leads outside the folder of the index; add --allow-outside if the "
-                 "index may read it");
-  }
+  EXPECT_EQ(
+      ErrorOf([&] { Resolve("../out.raw"); }),
+      "../out.raw: leads outside the folder of the index; add --allow-outside if the index may "
+      "read it");
 }
 
 TEST_F(TileFiles, EndInAnErrorWhenALinkLeadsInCircles) {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/HostError.h"
+#include "host/support/ErrorOf.h"
 
 namespace {
 
@@ -21,12 +22,7 @@ TileIndex Parse(const std::string& text) {
 }
 
 std::string ErrorOf(const std::string& text) {
-  try {
-    Parse(text);
-  } catch (const HostError& error) {
-    return error.what();
-  }
-  return "no error";
+  return ::ErrorOf([&] { Parse(text); });
 }
 
 const std::string kTwoTiles =

@@ -3,14 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/HostError.h"
 #include "host/TileFiles.h"
+#include "host/support/ErrorOf.h"
 #include "host/support/Samples.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 
-using ravelin::HostError;
 using ravelin::TileSet;
 
 TileSet Open(const TempFolder& folder, const std::string& index) {
@@ -75,25 +74,17 @@ TEST(TileSet, KeepsTheKeyOfASingleBand) {
 
 TEST(TileSet, NamesAFileThatIsMissing) {
   TempFolder folder;
-  try {
-    Open(folder, "0 0 1 1 0 0 2 2 1=a\n");
-    FAIL();
-  } catch (const HostError& error) {
-    EXPECT_THAT(error.what(), testing::EndsWith("/a: no such file; check the name"));
-  }
+  EXPECT_THAT(ErrorOf([&] { Open(folder, "0 0 1 1 0 0 2 2 1=a\n"); }),
+              testing::EndsWith("/a: no such file; check the name"));
 }
 
 TEST(TileSet, NamesAFileOfTheWrongSize) {
   TempFolder folder;
   folder.Write("a", "1234567");
-  try {
-    Open(folder, "0 0 1 1 0 0 2 2 1=a\n");
-    FAIL();
-  } catch (const HostError& error) {
-    EXPECT_THAT(error.what(),
-                testing::EndsWith("/a: holds 7 bytes, but 2 x 2 pixels of 2 bytes make 8; check "
-                                  "width and height in line 1 of the index"));
-  }
+  EXPECT_THAT(
+      ErrorOf([&] { Open(folder, "0 0 1 1 0 0 2 2 1=a\n"); }),
+      testing::EndsWith("/a: holds 7 bytes, but 2 x 2 pixels of 2 bytes make 8; check width "
+                        "and height in line 1 of the index"));
 }
 
 TEST(TileSet, OpensMoreFilesThanAProcessMayByDefault) {

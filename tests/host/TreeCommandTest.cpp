@@ -1,16 +1,14 @@
 #include "host/TreeCommand.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "host/support/RunCommand.h"
-#include "host/support/TempFolder.h"
+#include "host/support/Subcommand.h"
 
 namespace {
 
@@ -45,29 +43,12 @@ const char* const kListing =
     "  (2,-3) Sensor\n    (3,0)\n      (12,0) x = \"y\"\n";
 
 CommandResult RunTree(const TempFolder& folder, Words arguments) {
-  arguments.insert(arguments.begin(), "tree");
-  return RunCommand(arguments, folder.Path());
+  return RunSubcommand("tree", std::move(arguments), folder);
 }
 
 /// The same with a file of the folder as standard input.
 CommandResult RunTreeFrom(const TempFolder& folder, const std::string& input, Words arguments) {
-  arguments.insert(arguments.begin(), "tree");
-  return RunCommand(arguments, folder.Path(), [path = folder / input] {
-    const int descriptor = open(path.c_str(), O_RDONLY);
-    if (descriptor < 0 || dup2(descriptor, STDIN_FILENO) < 0) _exit(126);
-  });
-}
-
-void ExpectOutput(const CommandResult& result, const std::string& out) {
-  EXPECT_EQ(result.exitCode, 0);
-  EXPECT_EQ(result.err, "");
-  EXPECT_EQ(result.out, out);
-}
-
-void ExpectFailure(const CommandResult& result, const std::string& err) {
-  EXPECT_EQ(result.exitCode, 1);
-  EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.err, "ravelin: " + err + "\n");
+  return RunSubcommand("tree", std::move(arguments), folder, FromFile(folder / input));
 }
 
 /// What `tree show` says of a text.
@@ -83,29 +64,29 @@ void ExpectRefused(const std::string& text, const std::string& err) {
 TEST(TreeCommand, ConvertsTextToXml) {
   TempFolder folder;
   folder.Write("a.txt", kText);
-  ExpectOutput(RunTree(folder, {"text2xml", "a.txt"}), kXml);
+  ExpectDone(RunTree(folder, {"text2xml", "a.txt"}), kXml);
 }
 
 TEST(TreeCommand, ConvertsXmlToText) {
   TempFolder folder;
   folder.Write("a.xml", kXml);
-  ExpectOutput(RunTree(folder, {"xml2text", "a.xml"}), kText);
+  ExpectDone(RunTree(folder, {"xml2text", "a.xml"}), kText);
 }
 
 TEST(TreeCommand, ListsEitherForm) {
   TempFolder folder;
   folder.Write("a.txt", kText);
   folder.Write("a.xml", kXml);
-  ExpectOutput(RunTree(folder, {"show", "a.txt"}), kListing);
-  ExpectOutput(RunTree(folder, {"show", "a.xml"}), kListing);
+  ExpectDone(RunTree(folder, {"show", "a.txt"}), kListing);
+  ExpectDone(RunTree(folder, {"show", "a.xml"}), kListing);
 }
 
 TEST(TreeCommand, ListsEitherFormBehindTabs) {
   TempFolder folder;
   folder.Write("a.txt", "\t(1,0)x\n\t\n");
   folder.Write("a.xml", "\t<r><tree tag=\"1\" idx=\"0\" hdr=\"x\"/></r>");
-  ExpectOutput(RunTree(folder, {"show", "a.txt"}), "(1,0) x\n");
-  ExpectOutput(RunTree(folder, {"show", "a.xml"}), "(1,0) x\n");
+  ExpectDone(RunTree(folder, {"show", "a.txt"}), "(1,0) x\n");
+  ExpectDone(RunTree(folder, {"show", "a.xml"}), "(1,0) x\n");
 }
 
 TEST(TreeCommand, ListsAsJson) {
@@ -127,16 +108,16 @@ TEST(TreeCommand, ListsAsJson) {
 TEST(TreeCommand, WritesAFileWhenOneIsNamed) {
   TempFolder folder;
   folder.Write("a.txt", kText);
-  ExpectOutput(RunTree(folder, {"text2xml", "a.txt", "-o", "a.xml"}), "");
+  ExpectDone(RunTree(folder, {"text2xml", "a.txt", "-o", "a.xml"}), "");
   EXPECT_EQ(folder.Read("a.xml"), kXml);
-  ExpectOutput(RunTree(folder, {"show", "a.xml", "-o", "a.lst"}), "");
+  ExpectDone(RunTree(folder, {"show", "a.xml", "-o", "a.lst"}), "");
   EXPECT_EQ(folder.Read("a.lst"), kListing);
 }
 
 TEST(TreeCommand, MayReplaceItsInput) {
   TempFolder folder;
   folder.Write("a", kText);
-  ExpectOutput(RunTree(folder, {"text2xml", "a", "-o", "a"}), "");
+  ExpectDone(RunTree(folder, {"text2xml", "a", "-o", "a"}), "");
   EXPECT_EQ(folder.Read("a"), kXml);
 }
 
@@ -144,16 +125,16 @@ TEST(TreeCommand, ReadsStandardInput) {
   TempFolder folder;
   folder.Write("a.txt", kText);
   folder.Write("a.xml", kXml);
-  ExpectOutput(RunTreeFrom(folder, "a.txt", {"text2xml", "-"}), kXml);
-  ExpectOutput(RunTreeFrom(folder, "a.xml", {"xml2text", "-"}), kText);
-  ExpectOutput(RunTreeFrom(folder, "a.xml", {"show", "-"}), kListing);
+  ExpectDone(RunTreeFrom(folder, "a.txt", {"text2xml", "-"}), kXml);
+  ExpectDone(RunTreeFrom(folder, "a.xml", {"xml2text", "-"}), kText);
+  ExpectDone(RunTreeFrom(folder, "a.xml", {"show", "-"}), kListing);
 }
 
 TEST(TreeCommand, ReadsTextWithAByteOrderMark) {
   TempFolder folder;
   folder.Write("a.txt", std::string("\xEF\xBB\xBF") + kText);
-  ExpectOutput(RunTree(folder, {"show", "a.txt"}), kListing);
-  ExpectOutput(RunTree(folder, {"text2xml", "a.txt"}), kXml);
+  ExpectDone(RunTree(folder, {"show", "a.txt"}), kListing);
+  ExpectDone(RunTree(folder, {"text2xml", "a.txt"}), kXml);
 }
 
 TEST(TreeCommand, TheSectionOfTheTreeCanBeNamed) {
@@ -161,12 +142,12 @@ TEST(TreeCommand, TheSectionOfTheTreeCanBeNamed) {
   folder.Write("a.txt", "(1,0)x\n\n");
   const Words other = {"text2xml", "a.txt", "--section", "other", "-o", "other.xml"};
   const Words root = {"text2xml", "a.txt", "--section", "", "-o", "root.xml"};
-  ExpectOutput(RunTree(folder, other), "");
-  ExpectOutput(RunTree(folder, root), "");
+  ExpectDone(RunTree(folder, other), "");
+  ExpectDone(RunTree(folder, root), "");
   EXPECT_THAT(folder.Read("other.xml"), HasSubstr("<other tag=\"1\" idx=\"0\" hdr=\"x\"/>"));
   EXPECT_THAT(folder.Read("root.xml"), HasSubstr("<xini tag=\"1\" idx=\"0\" hdr=\"x\"/>"));
-  ExpectOutput(RunTree(folder, {"xml2text", "other.xml", "--section", "other"}), "(1,0)x\n\n");
-  ExpectOutput(RunTree(folder, {"show", "root.xml", "--section", ""}), "(1,0) x\n");
+  ExpectDone(RunTree(folder, {"xml2text", "other.xml", "--section", "other"}), "(1,0)x\n\n");
+  ExpectDone(RunTree(folder, {"show", "root.xml", "--section", ""}), "(1,0) x\n");
   ExpectFailure(RunTree(folder, {"xml2text", "other.xml"}),
                 "other.xml: there is no section 'tree'; name the section that holds the tree with "
                 "--section");
@@ -175,8 +156,7 @@ TEST(TreeCommand, TheSectionOfTheTreeCanBeNamed) {
 TEST(TreeCommand, ControlBytesAndQuotesAreMadeVisibleInTheListing) {
   TempFolder folder;
   folder.Write("a.txt", "(1,0)a\x1b[1mb\n(2,0)[1]\"\t\"\x7f\n\n");
-  ExpectOutput(RunTree(folder, {"show", "a.txt"}),
-               "(1,0) a\\x1b[1mb\n  (2,0) \" = \"\\\"\\x7f\"\n");
+  ExpectDone(RunTree(folder, {"show", "a.txt"}), "(1,0) a\\x1b[1mb\n  (2,0) \" = \"\\\"\\x7f\"\n");
 }
 
 TEST(TreeCommand, TextThatIsNoUtf8IsReadAsWindows1252InJson) {
@@ -301,8 +281,8 @@ TEST(TreeCommand, DeepTreesAreConvertedAndListed) {
   for (std::size_t depth = 0; depth < 1500; ++depth) text += std::string(depth, '\t') + "(1,0)\n";
   for (std::size_t depth = 1500; depth > 0; --depth) text += std::string(depth - 1, '\t') + "\n";
   folder.Write("a.txt", text);
-  ExpectOutput(RunTree(folder, {"text2xml", "a.txt", "-o", "a.xml"}), "");
-  ExpectOutput(RunTree(folder, {"xml2text", "a.xml"}), text);
+  ExpectDone(RunTree(folder, {"text2xml", "a.txt", "-o", "a.xml"}), "");
+  ExpectDone(RunTree(folder, {"xml2text", "a.xml"}), text);
   EXPECT_EQ(RunTree(folder, {"show", "a.xml"}).exitCode, 0);
   ExpectFailure(RunTree(folder, {"show", "a.xml", "--json"}),
                 "a.xml: trees lie more than 1000 deep; list it without --json");
@@ -326,10 +306,7 @@ TEST(TreeCommand, WrongUseEndsWithTwo) {
 TEST(TreeCommand, ALostOutputIsAFailure) {
   TempFolder folder;
   folder.Write("a.txt", kText);
-  const CommandResult result = RunCommand({"tree", "show", "a.txt"}, folder.Path(), [] {
-    const int full = open("/dev/full", O_WRONLY);
-    if (full < 0 || dup2(full, STDOUT_FILENO) < 0) _exit(126);
-  });
+  const CommandResult result = RunSubcommand("tree", {"show", "a.txt"}, folder, ToFullDisk);
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_THAT(result.err, HasSubstr("standard output: cannot be written"));
 }

@@ -1,17 +1,15 @@
 #include "host/XmlCommand.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "host/support/RunCommand.h"
-#include "host/support/TempFolder.h"
+#include "host/support/Subcommand.h"
 
 namespace {
 
@@ -28,41 +26,24 @@ const char* const kXIni =
     "\t</IMAGE>\n</xini>\n";
 
 CommandResult Xml(const TempFolder& folder, Words arguments) {
-  arguments.insert(arguments.begin(), "xml");
-  return RunCommand(arguments, folder.Path());
+  return RunSubcommand("xml", std::move(arguments), folder);
 }
 
 /// The same with a file of the folder as standard input.
 CommandResult XmlFrom(const TempFolder& folder, const std::string& input, Words arguments) {
-  arguments.insert(arguments.begin(), "xml");
-  return RunCommand(arguments, folder.Path(), [path = folder / input] {
-    const int descriptor = open(path.c_str(), O_RDONLY);
-    if (descriptor < 0 || dup2(descriptor, STDIN_FILENO) < 0) _exit(126);
-  });
-}
-
-void ExpectFailure(const CommandResult& result, const std::string& err) {
-  EXPECT_EQ(result.exitCode, 1);
-  EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.err, "ravelin: " + err + "\n");
+  return RunSubcommand("xml", std::move(arguments), folder, FromFile(folder / input));
 }
 
 TEST(XmlCommand, ConvertsPvlToStandardOutput) {
   TempFolder folder;
   folder.Write("a.pvl", kPvl);
-  const CommandResult result = Xml(folder, {"pvl", "a.pvl"});
-  EXPECT_EQ(result.exitCode, 0);
-  EXPECT_EQ(result.err, "");
-  EXPECT_EQ(result.out, kXIni);
+  ExpectDone(Xml(folder, {"pvl", "a.pvl"}), kXIni);
 }
 
 TEST(XmlCommand, ConvertsNasaPvlToStandardOutput) {
   TempFolder folder;
   folder.Write("a.lbl", kNasaPvl);
-  const CommandResult result = Xml(folder, {"nasa-pvl", "a.lbl"});
-  EXPECT_EQ(result.exitCode, 0);
-  EXPECT_EQ(result.err, "");
-  EXPECT_EQ(result.out, kXIni);
+  ExpectDone(Xml(folder, {"nasa-pvl", "a.lbl"}), kXIni);
 }
 
 TEST(XmlCommand, ConvertsWktToStandardOutput) {
@@ -80,10 +61,7 @@ TEST(XmlCommand, ConvertsWktToStandardOutput) {
 TEST(XmlCommand, WritesAFileWhenOneIsNamed) {
   TempFolder folder;
   folder.Write("a.lbl", kNasaPvl);
-  const CommandResult result = Xml(folder, {"nasa-pvl", "a.lbl", "-o", "a.xml"});
-  EXPECT_EQ(result.exitCode, 0);
-  EXPECT_EQ(result.err, "");
-  EXPECT_EQ(result.out, "");
+  ExpectDone(Xml(folder, {"nasa-pvl", "a.lbl", "-o", "a.xml"}));
   EXPECT_EQ(folder.Read("a.xml"), kXIni);
 }
 
@@ -313,13 +291,9 @@ TEST(XmlCommand, FailsWhenStandardOutputIsFull) {
   TempFolder folder;
   folder.Write("a.lbl", kNasaPvl);
   folder.Write("a.xml", kXIni);
-  const auto full = [] {
-    const int descriptor = open("/dev/full", O_WRONLY);
-    if (descriptor < 0 || dup2(descriptor, STDOUT_FILENO) < 0) _exit(126);
-  };
   for (const Words& arguments :
        {Words{"xml", "nasa-pvl", "a.lbl"}, Words{"xml", "get", "a.xml", "IMAGE/LINES"}}) {
-    const CommandResult result = RunCommand(arguments, folder.Path(), full);
+    const CommandResult result = RunCommand(arguments, folder.Path(), ToFullDisk);
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.err,
               "ravelin: standard output: cannot be written; free some space or write elsewhere\n");

@@ -16,12 +16,11 @@
 #include "BuildKind.h"
 #include "Kv/Services.h"
 #include "Kv/Stream.h"
-#include "TemporaryFolder.h"
 #include "gtest/gtest.h"
+#include "support/TempFolder.h"
 
 namespace {
 
-using kv_test::TemporaryFolder;
 using testing::ExitedWithCode;
 using testing::KilledBySignal;
 
@@ -73,12 +72,12 @@ void WithoutCoreFile() {
 // Reads over the end of a file that was cut under the stream: a guarded fault. Returns what is
 // read.
 unsigned long ReadCutFile() {
-  const TemporaryFolder folder;
-  folder.File("a", std::string(3 * kPage, 'x'));
-  TKvFileStream stream(TKvPath(folder.Path("a")), kvOpenRead, kvShareAll);
+  const TempFolder folder;
+  folder.Write("a", std::string(3 * kPage, 'x'));
+  TKvFileStream stream(TKvPath(folder / "a"), kvOpenRead, kvShareAll);
   std::string bytes(3 * kPage, '\0');
   stream.Read(bytes.data(), 1);
-  std::filesystem::resize_file(folder.Path("a"), 100);
+  std::filesystem::resize_file(folder / "a", 100);
   stream.SetPos(0);
   return stream.Read(bytes.data(), bytes.size());
 }
@@ -200,10 +199,10 @@ TEST_F(BusGuardTest, SignalsSentDuringReadsArePassedOnAndTheReadsGoOn) {
   calls = 0;
   SetWithInfo(CountWithInfo);
   Init_KvServices();
-  const TemporaryFolder folder;
+  const TempFolder folder;
   const std::string bytes(64 * kPage, 'x');
-  folder.File("a", bytes);
-  TKvFileStream stream(TKvPath(folder.Path("a")), kvOpenRead, kvShareAll);
+  folder.Write("a", bytes);
+  TKvFileStream stream(TKvPath(folder / "a"), kvOpenRead, kvShareAll);
   std::atomic<bool> done{false};
   const pthread_t reader = pthread_self();
   std::thread sender([&] {
@@ -283,9 +282,9 @@ TEST_F(BusGuardTest, AFaultOfTheBufferReadIntoIsTheHosts) {
   calls = 0;
   SetWithInfo(Mend);
   Init_KvServices();
-  const TemporaryFolder folder;
-  folder.File("a", std::string(100, 'x'));
-  TKvFileStream stream(TKvPath(folder.Path("a")), kvOpenRead, kvShareAll);
+  const TempFolder folder;
+  folder.Write("a", std::string(100, 'x'));
+  TKvFileStream stream(TKvPath(folder / "a"), kvOpenRead, kvShareAll);
   faultingPage = PageBehindTheEnd();
   EXPECT_EQ(stream.Read(faultingPage, 100), 100u);
   EXPECT_EQ(std::string(faultingPage, 100), std::string(100, 'x'));

@@ -1,7 +1,9 @@
 // Reading while the services are up: from a mapping that the file may be cut under.
+#include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/resource.h>
 #include <sys/statfs.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -18,8 +20,8 @@
 #include "Kv/Services.h"
 #include "Kv/Stream.h"
 #include "StreamModel.h"
-#include "TemporaryFolder.h"
 #include "gtest/gtest.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -29,7 +31,6 @@ using kv_test::ReadExact;
 using kv_test::ReadLineExact;
 using kv_test::StepAndCompare;
 using kv_test::StreamModel;
-using kv_test::TemporaryFolder;
 
 constexpr unsigned long kPage = 4096;
 constexpr unsigned long kMiB = 1ul << 20;
@@ -39,7 +40,7 @@ class FileMappingTest : public testing::Test {
   FileMappingTest() { Init_KvServices(); }
   ~FileMappingTest() override { Deinit_KvServices(); }
 
-  const TemporaryFolder folder;
+  const TempFolder folder;
 };
 
 // A descriptor to ask the system with, beside the stream.
@@ -120,11 +121,11 @@ bool IsInMemory(const std::string& path) {
 
 // Cuts a file byte by byte under its mapping; at every size, reads of all kinds have to be those
 // that the system gives.
-void CutAtEveryByte(const TemporaryFolder& folder, const std::string& bytes, unsigned seed) {
+void CutAtEveryByte(const TempFolder& folder, const std::string& bytes, unsigned seed) {
   std::mt19937 random(seed);
   const unsigned long size = bytes.size();
-  const Descriptor file(folder.File("a", bytes));
-  TKvFileStream stream(TKvPath(folder.Path("a")), kvOpenRead, kvShareAll);
+  const Descriptor file(folder.Write("a", bytes));
+  TKvFileStream stream(TKvPath(folder / "a"), kvOpenRead, kvShareAll);
   for (unsigned long cut = size; cut > 0; --cut) {
     file.Cut(cut - 1);
     const unsigned long end = cut - 1;
@@ -160,8 +161,8 @@ TEST_F(FileMappingTest, ACutAroundEveryPageBorderIsReadAsTheSystemReadsIt) {
   for (unsigned long border = 0; border <= size; border += kPage) {
     for (unsigned long cut = border - std::min(border, 3ul); cut <= std::min(border + 3, size);
          ++cut) {
-      const Descriptor file(folder.File("a", bytes));
-      TKvFileStream stream(TKvPath(folder.Path("a")), kvOpenRead, kvShareAll);
+      const Descriptor file(folder.Write("a", bytes));
+      TKvFileStream stream(TKvPath(folder / "a"), kvOpenRead, kvShareAll);
       ReadAt(stream, 0, size);
       file.Cut(cut);
       for (unsigned long pos = cut - std::min(cut, 3ul); pos <= std::min(cut + 3, size - 1);
@@ -176,10 +177,10 @@ TEST_F(FileMappingTest, ACutAroundEveryPageBorderIsReadAsTheSystemReadsIt) {
 }
 
 TEST_F(FileMappingTest, AFileCutBetweenTwoReadsEndsWhereItWasCut) {
-  folder.File("a", std::string(3 * kPage, 'x'));
-  TKvFileStream stream(TKvPath(folder.Path("a")), kvOpenRead, kvShareAll);
+  folder.Write("a", std::string(3 * kPage, 'x'));
+  TKvFileStream stream(TKvPath(folder / "a"), kvOpenRead, kvShareAll);
   EXPECT_EQ(ReadExact(stream, 10), "xxxxxxxxxx");
-  std::filesystem::resize_file(folder.Path("a"), 15);
+  std::filesystem::resize_file(folder / "a", 15);
   EXPECT_EQ(ReadExact(stream, 2 * kPage), "xxxxx");
   EXPECT_EQ(stream.GetPos(), 15u);
   EXPECT_TRUE(stream.Eof());
@@ -187,8 +188,8 @@ TEST_F(FileMappingTest, AFileCutBetweenTwoReadsEndsWhereItWasCut) {
 }
 
 TEST_F(FileMappingTest, AFileThatWasCutAndGrewAgainIsReadToItsNewEnd) {
-  const Descriptor file(folder.File("a", std::string(3 * kPage, 'x')));
-  TKvFileStream stream(TKvPath(folder.Path("a")), kvOpenRead, kvShareAll);
+  const Descriptor file(folder.Write("a", std::string(3 * kPage, 'x')));
+  TKvFileStream stream(TKvPath(folder / "a"), kvOpenRead, kvShareAll);
   ReadAt(stream, 0, 3 * kPage);
   file.Cut(100);
   EXPECT_EQ(ReadAt(stream, 0, 3 * kPage).size(), 100u);
@@ -200,10 +201,10 @@ TEST_F(FileMappingTest, AFileThatWasCutAndGrewAgainIsReadToItsNewEnd) {
 TEST_F(FileMappingTest, LinesOfAFileThatWasCutEndWhereItWasCut) {
   std::string bytes;
   for (int i = 0; i < 5000; ++i) bytes += "line\n";
-  folder.File("a", bytes);
-  TKvFileStream stream(TKvPath(folder.Path("a")), kvOpenRead, kvShareAll);
+  folder.Write("a", bytes);
+  TKvFileStream stream(TKvPath(folder / "a"), kvOpenRead, kvShareAll);
   ReadLineExact(stream, 100);
-  std::filesystem::resize_file(folder.Path("a"), 10003);
+  std::filesystem::resize_file(folder / "a", 10003);
   unsigned long lines = 1;
   std::string last;
   while (!stream.Eof()) {
@@ -225,8 +226,8 @@ TEST_F(FileMappingTest, AFileCutWhileItIsReadGivesItsBytesOrZerosAndNothingElse)
   const unsigned long size = 64 * kPage;
   const std::string bytes = NonZeroBytes(random, size);
   for (int round = 0; round < 4; ++round) {
-    const Descriptor file(folder.File("a", bytes));
-    TKvFileStream stream(TKvPath(folder.Path("a")), kvOpenRead, kvShareAll);
+    const Descriptor file(folder.Write("a", bytes));
+    TKvFileStream stream(TKvPath(folder / "a"), kvOpenRead, kvShareAll);
     std::thread cutter([&] {
       for (unsigned long cut = size; cut > 1000; cut -= 1777) file.Cut(cut);
       file.Cut(0);
@@ -249,7 +250,7 @@ TEST_F(FileMappingTest, StreamsOnSeveralThreadsMeetTheirOwnFaultsOnly) {
   std::vector<std::thread> threads;
   for (unsigned t = 0; t < 4; ++t) {
     threads.emplace_back([t] {
-      const TemporaryFolder own;
+      const TempFolder own;
       std::mt19937 random(t);
       CutAtEveryByte(
           own, t % 2 == 0 ? NonZeroBytes(random, 2 * kPage) : MostlyZeroBytes(random, 2 * kPage),
@@ -260,7 +261,7 @@ TEST_F(FileMappingTest, StreamsOnSeveralThreadsMeetTheirOwnFaultsOnly) {
 }
 
 TEST_F(FileMappingTest, AFileIsMappedFromItsFirstReadUntilItIsClosed) {
-  const std::string path = std::filesystem::canonical(folder.File("a", "abcdef")).string();
+  const std::string path = std::filesystem::canonical(folder.Write("a", "abcdef")).string();
   TKvFileStream stream(TKvPath(path), kvOpenRead, kvShareAll);
   ReadAt(stream, 0, 3);
   EXPECT_TRUE(IsMapped(path));
@@ -272,7 +273,7 @@ TEST_F(FileMappingTest, AFileIsMappedFromItsFirstReadUntilItIsClosed) {
 }
 
 TEST_F(FileMappingTest, AFileIsNotMappedWhileTheServicesAreDown) {
-  const std::string path = std::filesystem::canonical(folder.File("a", "abcdef")).string();
+  const std::string path = std::filesystem::canonical(folder.Write("a", "abcdef")).string();
   Deinit_KvServices();
   TKvFileStream stream(TKvPath(path), kvOpenRead, kvShareAll);
   EXPECT_EQ(ReadAt(stream, 0, 3), "abc");
@@ -283,8 +284,8 @@ TEST_F(FileMappingTest, AFileIsNotMappedWhileTheServicesAreDown) {
 }
 
 TEST_F(FileMappingTest, AFileCutAfterTheServicesWentDownIsStillReadSafely) {
-  const Descriptor file(folder.File("a", std::string(3 * kPage, 'x')));
-  TKvFileStream stream(TKvPath(folder.Path("a")), kvOpenRead, kvShareAll);
+  const Descriptor file(folder.Write("a", std::string(3 * kPage, 'x')));
+  TKvFileStream stream(TKvPath(folder / "a"), kvOpenRead, kvShareAll);
   ReadAt(stream, 0, 3 * kPage);
   Deinit_KvServices();
   file.Cut(100);
@@ -296,8 +297,8 @@ TEST_F(FileMappingTest, ServicesThatComeAndGoChangeNoAnswer) {
   for (unsigned seed = 0; seed < 10; ++seed) {
     std::mt19937 random(seed);
     const std::string bytes = LineLikeBytes(random, random() % 30000);
-    folder.File("a", bytes);
-    TKvFileStream stream(TKvPath(folder.Path("a")), kvOpenRead, kvShareAll);
+    folder.Write("a", bytes);
+    TKvFileStream stream(TKvPath(folder / "a"), kvOpenRead, kvShareAll);
     StreamModel model(bytes);
     for (int step = 0; step < 1000; ++step) {
       if (random() % 20 == 0) KvServicesReady() ? Deinit_KvServices() : Init_KvServices();
@@ -325,7 +326,7 @@ unsigned long ReadCallsOf(const std::string& path, int reads) {
 
 TEST_F(FileMappingTest, AReadCostsNoReadingCallOfTheSystemAndOneWithoutServices) {
   if (Figure("/proc/self/io", "syscr") == 0) GTEST_SKIP() << "the system does not count calls";
-  const std::string path = folder.File("a", std::string(4 * kPage, 'x'));
+  const std::string path = folder.Write("a", std::string(4 * kPage, 'x'));
   EXPECT_EQ(ReadCallsOf(path, 1000), 0u);
   Deinit_KvServices();
   EXPECT_EQ(ReadCallsOf(path, 1000), 1000u);
@@ -333,7 +334,7 @@ TEST_F(FileMappingTest, AReadCostsNoReadingCallOfTheSystemAndOneWithoutServices)
 
 TEST_F(FileMappingTest, WithoutAddressSpaceForAMappingTheFileIsReadAllTheSame) {
   if (kSanitized) GTEST_SKIP() << "the sanitizer itself needs more address space";
-  const std::string path = std::filesystem::canonical(folder.SparseFile("a", 8ul << 30)).string();
+  const std::string path = std::filesystem::canonical(folder.WriteSparse("a", 8ul << 30)).string();
   const Descriptor file(path);
   struct rlimit former = {};
   ::getrlimit(RLIMIT_AS, &former);
@@ -356,7 +357,7 @@ class ResidencyTest : public FileMappingTest {
   static constexpr unsigned long kSlack = 4 * kMiB;  // what the program itself may load meanwhile
 
   ResidencyTest()
-      : stream(TKvPath(folder.SparseFile("a", kSize)), kvOpenRead, kvShareAll),
+      : stream(TKvPath(folder.WriteSparse("a", kSize)), kvOpenRead, kvShareAll),
         before_(ResidentFileBytes()) {}
 
   unsigned long Resident() const {
@@ -415,7 +416,7 @@ TEST_F(ResidencyTest, PurgeGivesEveryPageBack) {
 }
 
 TEST_F(ResidencyTest, BytesAcrossThePiecesThatAreGivenBackAreTheFilesOwn) {
-  const Descriptor file(folder.Path("a"));
+  const Descriptor file(folder / "a");
   std::mt19937 random(2);
   const std::string marks = NonZeroBytes(random, 5000);
   for (unsigned long border = 2 * kMiB; border < 200 * kMiB; border += 2 * kMiB) {
@@ -429,7 +430,7 @@ TEST_F(ResidencyTest, BytesAcrossThePiecesThatAreGivenBackAreTheFilesOwn) {
 }
 
 TEST_F(ResidencyTest, ALargeFileCutInsideAndBetweenPiecesIsReadAsTheSystemReadsIt) {
-  const Descriptor file(folder.Path("a"));
+  const Descriptor file(folder / "a");
   file.Write(0, std::string(9 * kMiB, 'x'));
   Touch(0);
   for (const unsigned long cut : {8 * kMiB + 1, 8 * kMiB, 8 * kMiB - 1, 5 * kMiB, 4 * kMiB + kPage,

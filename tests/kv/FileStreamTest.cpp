@@ -15,10 +15,10 @@
 #include "Kv/Services.h"
 #include "Kv/Stream.h"
 #include "StreamModel.h"
-#include "TemporaryFolder.h"
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
 #include "support/FailingNew.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -27,7 +27,6 @@ using kv_test::ReadExact;
 using kv_test::ReadLineExact;
 using kv_test::StepAndCompare;
 using kv_test::StreamModel;
-using kv_test::TemporaryFolder;
 using testing::HasSubstr;
 
 // Every test is run with the services down and up: what a stream answers is the same.
@@ -46,7 +45,7 @@ class FileStreamTest : public testing::TestWithParam<bool> {
   }
   unsigned long Write(const std::string& bytes) { return stream.Write(bytes.data(), bytes.size()); }
 
-  const TemporaryFolder folder;
+  const TempFolder folder;
   TKvFileStream stream;
 };
 
@@ -95,7 +94,7 @@ TEST_P(FileStreamTest, ANewStreamIsNotOpenAndAnswersNothing) {
 }
 
 TEST_P(FileStreamTest, AFileIsReadFromItsBeginning) {
-  ASSERT_TRUE(OpenToRead(folder.File("a", "abcdef")));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", "abcdef")));
   EXPECT_TRUE(stream.IsOpen());
   EXPECT_EQ(stream.getSize(), 6u);
   EXPECT_EQ(stream.GetPos(), 0u);
@@ -104,7 +103,7 @@ TEST_P(FileStreamTest, AFileIsReadFromItsBeginning) {
 }
 
 TEST_P(FileStreamTest, AReadIsShortAtTheEnd) {
-  ASSERT_TRUE(OpenToRead(folder.File("a", "abcdef")));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", "abcdef")));
   stream.SetPos(4);
   EXPECT_FALSE(stream.Eof());
   EXPECT_EQ(ReadExact(stream, 4), "ef");
@@ -113,14 +112,14 @@ TEST_P(FileStreamTest, AReadIsShortAtTheEnd) {
 }
 
 TEST_P(FileStreamTest, AnEmptyFileIsAtItsEnd) {
-  ASSERT_TRUE(OpenToRead(folder.File("a", "")));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", "")));
   EXPECT_TRUE(stream.Eof());
   EXPECT_EQ(ReadExact(stream, 4), "");
   EXPECT_EQ(ReadLineExact(stream, 4).consumed, 0u);
 }
 
 TEST_P(FileStreamTest, APositionBehindTheEndIsTakenAndReadsNothing) {
-  ASSERT_TRUE(OpenToRead(folder.File("a", "abcdef")));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", "abcdef")));
   constexpr unsigned long kLast = static_cast<unsigned long>(std::numeric_limits<off_t>::max());
   for (const unsigned long pos : {7ul, 1ul << 40, kLast}) {
     EXPECT_TRUE(stream.SetPos(pos));
@@ -131,7 +130,7 @@ TEST_P(FileStreamTest, APositionBehindTheEndIsTakenAndReadsNothing) {
 }
 
 TEST_P(FileStreamTest, APositionThatNoFileHasIsRefusedAndChangesNothing) {
-  ASSERT_TRUE(OpenToRead(folder.File("a", "abcdef")));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", "abcdef")));
   stream.SetPos(2);
   EXPECT_FALSE(stream.SetPos(1ul << 63));
   EXPECT_FALSE(stream.SetPos(std::numeric_limits<unsigned long>::max()));
@@ -139,11 +138,11 @@ TEST_P(FileStreamTest, APositionThatNoFileHasIsRefusedAndChangesNothing) {
 }
 
 TEST_P(FileStreamTest, BytesAddedAfterOpeningAreRead) {
-  const std::string path = folder.File("a", "abc");
+  const std::string path = folder.Write("a", "abc");
   ASSERT_TRUE(OpenToRead(path));
   EXPECT_EQ(ReadExact(stream, 3), "abc");
   EXPECT_TRUE(stream.Eof());
-  folder.File("a", "abcdef");
+  folder.Write("a", "abcdef");
   EXPECT_EQ(stream.getSize(), 6u);
   EXPECT_FALSE(stream.Eof());
   EXPECT_EQ(ReadExact(stream, 9), "def");
@@ -152,21 +151,21 @@ TEST_P(FileStreamTest, BytesAddedAfterOpeningAreRead) {
 }
 
 TEST_P(FileStreamTest, BytesChangedAfterOpeningAreReadAsTheyAre) {
-  const std::string path = folder.File("a", "abc");
+  const std::string path = folder.Write("a", "abc");
   ASSERT_TRUE(OpenToRead(path));
   EXPECT_EQ(ReadExact(stream, 3), "abc");
-  folder.File("a", "xyz");
+  folder.Write("a", "xyz");
   stream.SetPos(0);
   EXPECT_EQ(ReadExact(stream, 3), "xyz");
 }
 
 TEST_P(FileStreamTest, AFileBeyondFourGibibytesIsReadAndWritten) {
   constexpr unsigned long kFar = (5ul << 30) + 12345;
-  ASSERT_TRUE(OpenToWrite(folder.Path("a")));
+  ASSERT_TRUE(OpenToWrite(folder / "a"));
   ASSERT_TRUE(stream.SetPos(kFar));
   ASSERT_EQ(Write("far away\n"), 9u);
   EXPECT_EQ(stream.GetPos(), kFar + 9);
-  ASSERT_TRUE(OpenToRead(folder.Path("a")));
+  ASSERT_TRUE(OpenToRead(folder / "a"));
   EXPECT_EQ(stream.getSize(), kFar + 9);
   stream.SetPos(kFar - 2);
   EXPECT_EQ(ReadExact(stream, 6), std::string("\0\0far ", 6));
@@ -176,44 +175,44 @@ TEST_P(FileStreamTest, AFileBeyondFourGibibytesIsReadAndWritten) {
 
 TEST_P(FileStreamTest, WritingCreatesAFileThatTheUmaskProtects) {
   const mode_t former = ::umask(027);
-  const bool opened = OpenToWrite(folder.Path("a"));
+  const bool opened = OpenToWrite(folder / "a");
   ::umask(former);
   ASSERT_TRUE(opened);
   struct stat status = {};
-  ASSERT_EQ(::stat(folder.Path("a").c_str(), &status), 0);
+  ASSERT_EQ(::stat((folder / "a").c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777u, 0640u);
 }
 
 TEST_P(FileStreamTest, WritingEmptiesTheFileThatIsThere) {
-  folder.File("a", "long former contents");
-  ASSERT_TRUE(OpenToWrite(folder.Path("a")));
+  folder.Write("a", "long former contents");
+  ASSERT_TRUE(OpenToWrite(folder / "a"));
   EXPECT_EQ(stream.getSize(), 0u);
   EXPECT_EQ(Write("new"), 3u);
-  EXPECT_EQ(folder.Contents("a"), "new");
+  EXPECT_EQ(folder.Read("a"), "new");
 }
 
 TEST_P(FileStreamTest, WhatIsWrittenIsThereBeforeTheStreamIsClosed) {
-  ASSERT_TRUE(OpenToWrite(folder.Path("a")));
+  ASSERT_TRUE(OpenToWrite(folder / "a"));
   EXPECT_EQ(Write("one"), 3u);
-  EXPECT_EQ(folder.Contents("a"), "one");
+  EXPECT_EQ(folder.Read("a"), "one");
   EXPECT_EQ(Write("two"), 3u);
-  EXPECT_EQ(folder.Contents("a"), "onetwo");
+  EXPECT_EQ(folder.Read("a"), "onetwo");
   EXPECT_EQ(stream.getSize(), 6u);
 }
 
 TEST_P(FileStreamTest, AWriteGoesToThePosition) {
-  ASSERT_TRUE(OpenToWrite(folder.Path("a")));
+  ASSERT_TRUE(OpenToWrite(folder / "a"));
   Write("abcdef");
   stream.SetPos(2);
   EXPECT_EQ(Write("XY"), 2u);
   EXPECT_EQ(stream.GetPos(), 4u);
   stream.SetPos(8);
   EXPECT_EQ(Write("z"), 1u);
-  EXPECT_EQ(folder.Contents("a"), std::string("abXYef\0\0z", 9));
+  EXPECT_EQ(folder.Read("a"), std::string("abXYef\0\0z", 9));
 }
 
 TEST_P(FileStreamTest, AFileOpenedForWritingCannotBeRead) {
-  ASSERT_TRUE(OpenToWrite(folder.Path("a")));
+  ASSERT_TRUE(OpenToWrite(folder / "a"));
   Write("abc\n");
   stream.SetPos(0);
   EXPECT_EQ(ReadExact(stream, 3), "");
@@ -222,10 +221,10 @@ TEST_P(FileStreamTest, AFileOpenedForWritingCannotBeRead) {
 }
 
 TEST_P(FileStreamTest, AFileOpenedForReadingCannotBeWritten) {
-  ASSERT_TRUE(OpenToRead(folder.File("a", "abc")));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", "abc")));
   EXPECT_EQ(Write("xyz"), 0u);
   EXPECT_EQ(stream.GetPos(), 0u);
-  EXPECT_EQ(folder.Contents("a"), "abc");
+  EXPECT_EQ(folder.Read("a"), "abc");
 }
 
 TEST_P(FileStreamTest, AFullDiskIsReportedByTheWriteThatMetIt) {
@@ -235,7 +234,7 @@ TEST_P(FileStreamTest, AFullDiskIsReportedByTheWriteThatMetIt) {
 }
 
 TEST_P(FileStreamTest, AWriteThatPartlyFitsTellsHowMuchReachedTheFile) {
-  ASSERT_TRUE(OpenToWrite(folder.Path("a")));
+  ASSERT_TRUE(OpenToWrite(folder / "a"));
   struct rlimit former = {};
   ::getrlimit(RLIMIT_FSIZE, &former);
   const auto formerHandler = ::signal(SIGXFSZ, SIG_IGN);
@@ -248,18 +247,18 @@ TEST_P(FileStreamTest, AWriteThatPartlyFitsTellsHowMuchReachedTheFile) {
   EXPECT_EQ(first, 10000u);
   EXPECT_EQ(second, 0u);
   EXPECT_EQ(stream.GetPos(), 10000u);
-  EXPECT_EQ(folder.Contents("a").size(), 10000u);
+  EXPECT_EQ(folder.Read("a").size(), 10000u);
 }
 
 TEST_P(FileStreamTest, AMissingFileCannotBeOpenedToRead) {
-  EXPECT_FALSE(OpenToRead(folder.Path("missing")));
+  EXPECT_FALSE(OpenToRead(folder / "missing"));
   EXPECT_FALSE(OpenToRead(""));
   EXPECT_FALSE(stream.IsOpen());
-  EXPECT_FALSE(std::filesystem::exists(folder.Path("missing")));
+  EXPECT_FALSE(std::filesystem::exists(folder / "missing"));
 }
 
 TEST_P(FileStreamTest, AFileInAMissingFolderCannotBeOpenedToWrite) {
-  EXPECT_FALSE(OpenToWrite(folder.Path("missing/a")));
+  EXPECT_FALSE(OpenToWrite(folder / "missing/a"));
 }
 
 TEST_P(FileStreamTest, AFolderCannotBeOpened) {
@@ -268,7 +267,7 @@ TEST_P(FileStreamTest, AFolderCannotBeOpened) {
 }
 
 TEST_P(FileStreamTest, AFileWithoutPermissionCannotBeOpened) {
-  const std::string path = folder.File("a", "abc");
+  const std::string path = folder.Write("a", "abc");
   ASSERT_EQ(::chmod(folder.Path().c_str(), 0755), 0);
   ASSERT_EQ(::chmod(path.c_str(), 0), 0);
   const PlainUser user;
@@ -277,31 +276,31 @@ TEST_P(FileStreamTest, AFileWithoutPermissionCannotBeOpened) {
 }
 
 TEST_P(FileStreamTest, APathThatHoldsANulByteIsRefused) {
-  folder.File("a", "abc");
-  EXPECT_FALSE(OpenToRead(folder.Path(std::string("a\0b", 3))));
-  EXPECT_FALSE(OpenToWrite(folder.Path(std::string("n\0b", 3))));
-  EXPECT_FALSE(std::filesystem::exists(folder.Path("n")));
+  folder.Write("a", "abc");
+  EXPECT_FALSE(OpenToRead(folder / std::string("a\0b", 3)));
+  EXPECT_FALSE(OpenToWrite(folder / std::string("n\0b", 3)));
+  EXPECT_FALSE(std::filesystem::exists(folder / "n"));
 }
 
 TEST_P(FileStreamTest, AModeThatDoesNotExistIsRefused) {
-  const std::string path = folder.File("a", "abc");
+  const std::string path = folder.Write("a", "abc");
   for (const int mode : {0, 1, 2, 8, 11, -1}) {
     EXPECT_FALSE(stream.Open(TKvPath(path), static_cast<kvOpenMode>(mode), kvShareAll)) << mode;
   }
-  EXPECT_EQ(folder.Contents("a"), "abc");
+  EXPECT_EQ(folder.Read("a"), "abc");
 }
 
 TEST_P(FileStreamTest, TheErrorNamesThePathAndTheReason) {
-  const std::string missing = folder.Path("missing");
+  const std::string missing = folder / "missing";
   EXPECT_EQ(ErrorOf(missing, kvOpenRead), missing + ": No such file or directory");
   EXPECT_EQ(ErrorOf(folder.Path(), kvOpenRead), folder.Path() + ": Is a directory");
-  EXPECT_THAT(ErrorOf(folder.Path("n"), 7), HasSubstr("mode"));
+  EXPECT_THAT(ErrorOf(folder / "n", 7), HasSubstr("mode"));
   EXPECT_THAT(ErrorOf(std::string("a\0b", 3), kvOpenRead), HasSubstr("a\\0b: "));
   EXPECT_THAT(ErrorOf(std::string("a\0b", 3), kvOpenRead), HasSubstr("NUL"));
 }
 
 TEST_P(FileStreamTest, AFileCannotBeOpenedWithoutMemoryForIt) {
-  const TKvPath path(folder.File("a", "abc"));
+  const TKvPath path(folder.Write("a", "abc"));
   bool opened = true;
   {
     const ravelin_test::FailingNew failing(0);
@@ -312,22 +311,22 @@ TEST_P(FileStreamTest, AFileCannotBeOpenedWithoutMemoryForIt) {
 }
 
 TEST_P(FileStreamTest, TheConstructorOpens) {
-  const TKvFileStream open(TKvPath(folder.File("a", "abc")), kvOpenRead, kvShareAll);
+  const TKvFileStream open(TKvPath(folder.Write("a", "abc")), kvOpenRead, kvShareAll);
   EXPECT_TRUE(open.IsOpen());
   EXPECT_EQ(open.getSize(), 3u);
 }
 
 TEST_P(FileStreamTest, OpeningClosesWhatWasOpenAndStartsAnew) {
-  ASSERT_TRUE(OpenToRead(folder.File("a", "abc\n")));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", "abc\n")));
   ReadLineExact(stream, 2);
-  ASSERT_TRUE(OpenToRead(folder.File("b", "xyz")));
+  ASSERT_TRUE(OpenToRead(folder.Write("b", "xyz")));
   EXPECT_EQ(ReadExact(stream, 9), "xyz");
-  EXPECT_FALSE(OpenToRead(folder.Path("missing")));
+  EXPECT_FALSE(OpenToRead(folder / "missing"));
   EXPECT_FALSE(stream.IsOpen());
 }
 
 TEST_P(FileStreamTest, AClosedStreamAnswersNothing) {
-  ASSERT_TRUE(OpenToRead(folder.File("a", "abc")));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", "abc")));
   ReadLineExact(stream, 2);
   stream.Close();
   EXPECT_FALSE(stream.IsOpen());
@@ -338,12 +337,12 @@ TEST_P(FileStreamTest, AClosedStreamAnswersNothing) {
 TEST_P(FileStreamTest, AProgramStartedDoesNotInheritTheFile) {
   const int before = ::dup(0);
   ::close(before);
-  ASSERT_TRUE(OpenToRead(folder.File("a", "abc")));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", "abc")));
   EXPECT_EQ(::fcntl(before, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
 }
 
 TEST_P(FileStreamTest, AReadAfterALineContinuesBehindIt) {
-  ASSERT_TRUE(OpenToRead(folder.File("a", "one\ntwo\nthree\n" + std::string(20000, 'x'))));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", "one\ntwo\nthree\n" + std::string(20000, 'x'))));
   EXPECT_EQ(ReadLineExact(stream, 100).text, "one");
   EXPECT_EQ(stream.GetPos(), 4u);
   EXPECT_EQ(ReadExact(stream, 2), "tw");
@@ -354,14 +353,14 @@ TEST_P(FileStreamTest, AReadAfterALineContinuesBehindIt) {
 
 TEST_P(FileStreamTest, ALineIsLongerThanWhatIsReadAhead) {
   const std::string line(100000, 'x');
-  ASSERT_TRUE(OpenToRead(folder.File("a", line + "\nrest")));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", line + "\nrest")));
   EXPECT_EQ(ReadLineExact(stream, 200000).text, line);
   EXPECT_EQ(ReadLineExact(stream, 200000).text, "rest");
 }
 
 TEST_P(FileStreamTest, ALineThatJustFitsTakesItsLfAlongAcrossThePortionsReadAhead) {
   for (unsigned long size = 8190; size <= 8195; ++size) {
-    ASSERT_TRUE(OpenToRead(folder.File("a", std::string(size, 'x') + "\ny")));
+    ASSERT_TRUE(OpenToRead(folder.Write("a", std::string(size, 'x') + "\ny")));
     EXPECT_EQ(ReadLineExact(stream, size + 1).consumed, size + 1);
     EXPECT_EQ(ReadLineExact(stream, size + 1).text, "y");
     stream.SetPos(0);
@@ -371,26 +370,26 @@ TEST_P(FileStreamTest, ALineThatJustFitsTakesItsLfAlongAcrossThePortionsReadAhea
 }
 
 TEST_P(FileStreamTest, SetPosDropsWhatWasReadAhead) {
-  ASSERT_TRUE(OpenToRead(folder.File("a", "one\ntwo\n")));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", "one\ntwo\n")));
   ReadLineExact(stream, 100);
-  folder.File("a", "ONE\nTWO\n");
+  folder.Write("a", "ONE\nTWO\n");
   stream.SetPos(4);
   EXPECT_EQ(ReadLineExact(stream, 100).text, "TWO");
 }
 
 TEST_P(FileStreamTest, PurgeDropsWhatWasReadAhead) {
-  ASSERT_TRUE(OpenToRead(folder.File("a", "one\ntwo\n")));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", "one\ntwo\n")));
   ReadLineExact(stream, 100);
-  folder.File("a", "ONE\nTWO\n");
+  folder.Write("a", "ONE\nTWO\n");
   stream.Purge();
   EXPECT_EQ(stream.GetPos(), 4u);
   EXPECT_EQ(ReadLineExact(stream, 100).text, "TWO");
 }
 
 TEST_P(FileStreamTest, AReadDoesNotServeFromWhatWasReadAhead) {
-  ASSERT_TRUE(OpenToRead(folder.File("a", "one\ntwo\n")));
+  ASSERT_TRUE(OpenToRead(folder.Write("a", "one\ntwo\n")));
   ReadLineExact(stream, 100);
-  std::filesystem::resize_file(folder.Path("a"), 5);
+  std::filesystem::resize_file(folder / "a", 5);
   EXPECT_EQ(ReadExact(stream, 4), "t");
   EXPECT_TRUE(stream.Eof());
   EXPECT_EQ(ReadLineExact(stream, 100).consumed, 0u);
@@ -398,7 +397,7 @@ TEST_P(FileStreamTest, AReadDoesNotServeFromWhatWasReadAhead) {
 
 TEST_P(FileStreamTest, ALineBufferWithoutRoomEndsALoopOverEof) {
   for (const unsigned long size : {0ul, 1ul}) {
-    ASSERT_TRUE(OpenToRead(folder.File("a", "abc")));
+    ASSERT_TRUE(OpenToRead(folder.Write("a", "abc")));
     EXPECT_EQ(ReadLineExact(stream, size).consumed, 0u);
     EXPECT_TRUE(stream.Eof());
     EXPECT_TRUE(stream.SetPos(0));
@@ -408,7 +407,7 @@ TEST_P(FileStreamTest, ALineBufferWithoutRoomEndsALoopOverEof) {
 }
 
 TEST_P(FileStreamTest, AReadThatFailsMakesEofTrueUntilThePositionIsSet) {
-  ASSERT_TRUE(OpenToWrite(folder.Path("a")));
+  ASSERT_TRUE(OpenToWrite(folder / "a"));
   Write("abc");
   EXPECT_TRUE(stream.SetPos(1));
   EXPECT_FALSE(stream.Eof());
@@ -446,7 +445,7 @@ TEST_P(FileStreamTest, AnswersRandomCallsLikeTheModel) {
   for (unsigned seed = 0; seed < 20; ++seed) {
     std::mt19937 random(seed);
     const std::string bytes = LineLikeBytes(random, random() % 30000);
-    ASSERT_TRUE(OpenToRead(folder.File("a", bytes)));
+    ASSERT_TRUE(OpenToRead(folder.Write("a", bytes)));
     StreamModel model(bytes);
     for (int step = 0; step < 1000; ++step) {
       ASSERT_NO_FATAL_FAILURE(StepAndCompare(stream, model, random, bytes.size()))
@@ -457,7 +456,7 @@ TEST_P(FileStreamTest, AnswersRandomCallsLikeTheModel) {
 
 TEST_P(FileStreamTest, RandomWritesMakeTheFileThatAMemoryStreamMakes) {
   std::mt19937 random(5);
-  ASSERT_TRUE(OpenToWrite(folder.Path("a")));
+  ASSERT_TRUE(OpenToWrite(folder / "a"));
   TKvMemoryStream memory;
   for (int step = 0; step < 1000; ++step) {
     if (random() % 3 == 0) {
@@ -470,22 +469,22 @@ TEST_P(FileStreamTest, RandomWritesMakeTheFileThatAMemoryStreamMakes) {
     ASSERT_EQ(stream.getSize(), memory.getSize());
     ASSERT_EQ(stream.GetPos(), memory.GetPos());
   }
-  EXPECT_EQ(folder.Contents("a"), memory.Bytes());
+  EXPECT_EQ(folder.Read("a"), memory.Bytes());
 }
 
 // A pipe with a name, and a thread that writes the parts given into it one by one.
 class PipeTest : public FileStreamTest {
  protected:
   void Send(std::vector<std::string> parts) {
-    ASSERT_EQ(::mkfifo(folder.Path("pipe").c_str(), 0600), 0);
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
     sender_ = std::thread([this, parts = std::move(parts)] {
-      TKvFileStream out(TKvPath(folder.Path("pipe")), kvOpenWrite, kvShareAll);
+      TKvFileStream out(TKvPath(folder / "pipe"), kvOpenWrite, kvShareAll);
       for (const std::string& part : parts) {
         EXPECT_EQ(out.Write(part.data(), part.size()), part.size());
         ::usleep(1000);
       }
     });
-    ASSERT_TRUE(OpenToRead(folder.Path("pipe")));
+    ASSERT_TRUE(OpenToRead(folder / "pipe"));
   }
   ~PipeTest() override {
     if (sender_.joinable()) sender_.join();

@@ -5,12 +5,11 @@
 #include <vector>
 
 #include "Kv/Kv.h"
-#include "kv/TemporaryFolder.h"
 #include "support/EveryAllocation.h"
+#include "support/TempFolder.h"
 
 namespace {
 
-using kv_test::TemporaryFolder;
 using ravelin_test::GivesEverywhere;
 using ravelin_test::ThrowsEverywhere;
 
@@ -33,15 +32,15 @@ TEST(KvMemoryTest, Texts) {
 }
 
 TEST(KvMemoryTest, FilesAreOpenedAndDeleted) {
-  const TemporaryFolder folder;
-  const std::string name = folder.File(kLong, "some bytes");
+  const TempFolder folder;
+  const std::string name = folder.Write(kLong, "some bytes");
   ThrowsEverywhere("making an open stream",
                    [&] { return TKvFileStream(TKvPath(name), kvOpenRead, kvShareAll).IsOpen(); });
   const TKvPath path(name);
   GivesEverywhere(
       "Open", [&] { return TKvFileStream().Open(path, kvOpenRead, kvShareAll); }, false);
   TKvFileStream file(path, kvOpenRead, kvShareAll);
-  const std::string other = folder.Path("other");
+  const std::string other = folder / "other";
   std::string bytes(10, '.');
   const ravelin_test::FailingNew failing(0);
   EXPECT_EQ(file.Read(bytes.data(), bytes.size()), 10u);

@@ -5,12 +5,10 @@
 #include <filesystem>
 #include <string>
 
-#include "TemporaryFolder.h"
 #include "gtest/gtest.h"
+#include "support/TempFolder.h"
 
 namespace {
-
-using kv_test::TemporaryFolder;
 
 // Makes another folder the working folder for a while.
 class WorkingFolder {
@@ -63,7 +61,7 @@ TEST(PathTest, TheFolderPartIsEmptyWithoutASlash) {
 }
 
 TEST(PathTest, TheAbsoluteFolderOfARelativePathStartsAtTheWorkingFolder) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   const WorkingFolder working(folder.Path());
   const std::string here = std::filesystem::current_path().string();
   EXPECT_EQ(AbsoluteFolder("b1.raw"), here + "/");
@@ -85,8 +83,8 @@ TEST(PathTest, TheAbsoluteFolderOfAnEmptyPathIsEmpty) {
 }
 
 TEST(PathTest, ARelativePathStaysRelativeWhereTheWorkingFolderIsGone) {
-  const TemporaryFolder folder;
-  const std::string gone = folder.Path("gone");
+  const TempFolder folder;
+  const std::string gone = folder / "gone";
   std::filesystem::create_directory(gone);
   const WorkingFolder working(gone);
   std::filesystem::remove(gone);
@@ -117,46 +115,46 @@ TEST(PathTest, TheFileNameBehindATrailingSlashIsEmpty) {
 }
 
 TEST(DeleteFileTest, DeletesAFile) {
-  const TemporaryFolder folder;
-  const std::string file = folder.File("a", "x");
+  const TempFolder folder;
+  const std::string file = folder.Write("a", "x");
   EXPECT_TRUE(KvDeleteFile(TKvPath(file)));
   EXPECT_FALSE(std::filesystem::exists(file));
 }
 
 TEST(DeleteFileTest, DeletesALinkAndNotWhatItLeadsTo) {
-  const TemporaryFolder folder;
-  const std::string file = folder.File("a", "x");
-  std::filesystem::create_symlink(file, folder.Path("link"));
-  EXPECT_TRUE(KvDeleteFile(TKvPath(folder.Path("link"))));
-  EXPECT_FALSE(std::filesystem::is_symlink(folder.Path("link")));
+  const TempFolder folder;
+  const std::string file = folder.Write("a", "x");
+  std::filesystem::create_symlink(file, folder / "link");
+  EXPECT_TRUE(KvDeleteFile(TKvPath(folder / "link")));
+  EXPECT_FALSE(std::filesystem::is_symlink(folder / "link"));
   EXPECT_TRUE(std::filesystem::exists(file));
 }
 
 TEST(DeleteFileTest, IsFalseForWhatIsNotThere) {
-  const TemporaryFolder folder;
-  EXPECT_FALSE(KvDeleteFile(TKvPath(folder.Path("missing"))));
+  const TempFolder folder;
+  EXPECT_FALSE(KvDeleteFile(TKvPath(folder / "missing")));
   EXPECT_FALSE(KvDeleteFile(TKvPath()));
 }
 
 TEST(DeleteFileTest, NeverDeletesAFolder) {
-  const TemporaryFolder folder;
-  std::filesystem::create_directory(folder.Path("empty"));
-  EXPECT_FALSE(KvDeleteFile(TKvPath(folder.Path("empty"))));
-  EXPECT_FALSE(KvDeleteFile(TKvPath(folder.Path("empty/"))));
-  EXPECT_TRUE(std::filesystem::is_directory(folder.Path("empty")));
+  const TempFolder folder;
+  std::filesystem::create_directory(folder / "empty");
+  EXPECT_FALSE(KvDeleteFile(TKvPath(folder / "empty")));
+  EXPECT_FALSE(KvDeleteFile(TKvPath(folder / "empty/")));
+  EXPECT_TRUE(std::filesystem::is_directory(folder / "empty"));
 }
 
 TEST(DeleteFileTest, NeverDeletesAFolderThroughALink) {
-  const TemporaryFolder folder;
-  std::filesystem::create_directory(folder.Path("empty"));
-  std::filesystem::create_directory_symlink(folder.Path("empty"), folder.Path("link"));
-  EXPECT_FALSE(KvDeleteFile(TKvPath(folder.Path("link/"))));
-  EXPECT_TRUE(std::filesystem::is_directory(folder.Path("empty")));
+  const TempFolder folder;
+  std::filesystem::create_directory(folder / "empty");
+  std::filesystem::create_directory_symlink(folder / "empty", folder / "link");
+  EXPECT_FALSE(KvDeleteFile(TKvPath(folder / "link/")));
+  EXPECT_TRUE(std::filesystem::is_directory(folder / "empty"));
 }
 
 TEST(DeleteFileTest, RefusesAPathThatHoldsANulByte) {
-  const TemporaryFolder folder;
-  const std::string file = folder.File("a", "x");
+  const TempFolder folder;
+  const std::string file = folder.Write("a", "x");
   EXPECT_FALSE(KvDeleteFile(TKvPath(file + std::string("\0b", 2))));
   EXPECT_TRUE(std::filesystem::exists(file));
 }

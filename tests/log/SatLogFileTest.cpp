@@ -8,8 +8,8 @@
 #include <filesystem>
 #include <string>
 
-#include "kv/TemporaryFolder.h"
 #include "log/LogTest.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ using SatCommonUtils::TSatLog;
 
 class SatLogFileTest : public ::testing::Test {
  protected:
-  kv_test::TemporaryFolder folder;
+  TempFolder folder;
 };
 
 /// While it lives, files of this process end at `bytes`: a disk that is full there.
@@ -58,39 +58,39 @@ long OpenFiles() {
 }
 
 TEST_F(SatLogFileTest, TheFileHoldsTheLinesAndNothingElse) {
-  EXPECT_TRUE(MixedLog().SaveToFile(folder.Path("log")));
-  EXPECT_EQ(folder.Contents("log"), Joined(MixedLines()));
+  EXPECT_TRUE(MixedLog().SaveToFile(folder / "log"));
+  EXPECT_EQ(folder.Read("log"), Joined(MixedLines()));
 }
 
 TEST_F(SatLogFileTest, AFileThatIsThereIsReplaced) {
-  folder.File("log", std::string(1000, 'x'));
-  EXPECT_TRUE(MixedLog().SaveToFile(folder.Path("log")));
-  EXPECT_EQ(folder.Contents("log"), Joined(MixedLines()));
+  folder.Write("log", std::string(1000, 'x'));
+  EXPECT_TRUE(MixedLog().SaveToFile(folder / "log"));
+  EXPECT_EQ(folder.Read("log"), Joined(MixedLines()));
 }
 
 TEST_F(SatLogFileTest, AnEmptyLogMakesAnEmptyFile) {
-  EXPECT_TRUE(TSatLog().SaveToFile(folder.Path("log")));
-  EXPECT_TRUE(std::filesystem::is_regular_file(folder.Path("log")));
-  EXPECT_EQ(folder.Contents("log"), "");
+  EXPECT_TRUE(TSatLog().SaveToFile(folder / "log"));
+  EXPECT_TRUE(std::filesystem::is_regular_file(folder / "log"));
+  EXPECT_EQ(folder.Read("log"), "");
 }
 
 TEST_F(SatLogFileTest, AnEmptyLogEmptiesAFileThatIsThere) {
-  folder.File("log", "as it was");
-  EXPECT_TRUE(TSatLog().SaveToFile(folder.Path("log")));
-  EXPECT_EQ(folder.Contents("log"), "");
+  folder.Write("log", "as it was");
+  EXPECT_TRUE(TSatLog().SaveToFile(folder / "log"));
+  EXPECT_EQ(folder.Read("log"), "");
 }
 
 TEST_F(SatLogFileTest, APathIsTakenAsItIs) {
-  EXPECT_TRUE(MixedLog().SaveToFile(folder.Path("Run \\ \xFC.LOG")));
-  EXPECT_EQ(folder.Contents("Run \\ \xFC.LOG"), Joined(MixedLines()));
+  EXPECT_TRUE(MixedLog().SaveToFile(folder / "Run \\ \xFC.LOG"));
+  EXPECT_EQ(folder.Read("Run \\ \xFC.LOG"), Joined(MixedLines()));
 }
 
 TEST_F(SatLogFileTest, AFileThatCannotBeOpenedGivesFalse) {
   const TSatLog log = MixedLog();
   EXPECT_FALSE(log.SaveToFile(""));
   EXPECT_FALSE(log.SaveToFile(folder.Path()));
-  EXPECT_FALSE(log.SaveToFile(folder.Path("no-such-folder/log")));
-  EXPECT_FALSE(log.SaveToFile(folder.Path(std::string("a\0b", 3))));
+  EXPECT_FALSE(log.SaveToFile(folder / "no-such-folder/log"));
+  EXPECT_FALSE(log.SaveToFile(folder / std::string("a\0b", 3)));
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
 }
 
@@ -100,10 +100,10 @@ TEST_F(SatLogFileTest, AFileThatCannotBeOpenedGivesFalseForAnEmptyLogToo) {
 
 TEST_F(SatLogFileTest, AFileWithoutPermissionGivesFalseAndStays) {
   if (::geteuid() == 0) GTEST_SKIP() << "root may write everywhere";
-  const std::string path = folder.File("log", "as it was");
+  const std::string path = folder.Write("log", "as it was");
   std::filesystem::permissions(path, std::filesystem::perms::owner_read);
   EXPECT_FALSE(MixedLog().SaveToFile(path));
-  EXPECT_EQ(folder.Contents("log"), "as it was");
+  EXPECT_EQ(folder.Read("log"), "as it was");
 }
 
 TEST_F(SatLogFileTest, AFullDeviceGivesFalse) {
@@ -119,17 +119,17 @@ TEST_F(SatLogFileTest, AnEmptyLogIsSavedToAFullDevice) {
 TEST_F(SatLogFileTest, ADiskThatIsFullAtAnyByteGivesFalseAndKeepsWhatFits) {
   const std::string whole = Joined(MixedLines());
   for (rlim_t room = 0; room <= whole.size() + 1; ++room) {
-    const bool isSaved = SaveWithRoom(MixedLog(), folder.Path("log"), room);
+    const bool isSaved = SaveWithRoom(MixedLog(), folder / "log", room);
     EXPECT_EQ(isSaved, room >= whole.size()) << room;
-    EXPECT_EQ(folder.Contents("log"), whole.substr(0, room)) << room;
+    EXPECT_EQ(folder.Read("log"), whole.substr(0, room)) << room;
   }
 }
 
 TEST_F(SatLogFileTest, TheFileIsClosedAfterASuccessAndAfterAFailure) {
   const long before = OpenFiles();
-  EXPECT_TRUE(MixedLog().SaveToFile(folder.Path("log")));
+  EXPECT_TRUE(MixedLog().SaveToFile(folder / "log"));
   EXPECT_EQ(OpenFiles(), before);
-  EXPECT_FALSE(SaveWithRoom(MixedLog(), folder.Path("log"), 10));
+  EXPECT_FALSE(SaveWithRoom(MixedLog(), folder / "log", 10));
   EXPECT_EQ(OpenFiles(), before);
 }
 

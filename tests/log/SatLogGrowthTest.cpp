@@ -5,8 +5,8 @@
 #include <string>
 
 #include "kv/Growth.h"
-#include "kv/TemporaryFolder.h"
 #include "log/LogTest.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -42,9 +42,9 @@ TEST(SatLogGrowthTest, HandingOutMessagesCostsLinearTime) {
 }
 
 TEST(SatLogGrowthTest, SavingToAFileCostsLinearTime) {
-  kv_test::TemporaryFolder folder;
+  TempFolder folder;
   EXPECT_TRUE(IsLinearInTheLog(
-      1000, [&](const TSatLog& log) { EXPECT_TRUE(log.SaveToFile(folder.Path("log"))); }));
+      1000, [&](const TSatLog& log) { EXPECT_TRUE(log.SaveToFile(folder / "log")); }));
 }
 
 TEST(SatLogGrowthTest, PrintingCostsLinearTime) {

@@ -1,13 +1,13 @@
 // The log while allocations fail.
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <new>
 #include <string>
 
-#include "kv/TemporaryFolder.h"
 #include "log/LogTest.h"
+#include "support/EveryAllocation.h"
 #include "support/FailingNew.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -17,26 +17,10 @@ using log_test::Joined;
 using log_test::MixedLines;
 using log_test::MixedLog;
 using log_test::Texts;
+using ravelin_test::FailuresOf;
 using SatCommonUtils::TSatLog;
 
 constexpr unsigned long kMostAllocations = 1000;
-
-/// Runs `action` with no allocation, with one, with two ... until it succeeds; `failed` looks at
-/// the rest after each failure. Returns how often it failed.
-unsigned long FailuresOf(
-    const std::function<void()>& action, const std::function<void()>& failed = [] {}) {
-  for (unsigned long successes = 0; successes < kMostAllocations; ++successes) {
-    try {
-      const ravelin_test::FailingNew failing(successes);
-      action();
-      return successes;
-    } catch (const std::bad_alloc&) {
-      failed();
-    }
-  }
-  ADD_FAILURE() << "it never succeeded";
-  return 0;
-}
 
 const std::string kLong(100, 'x');
 
@@ -110,15 +94,15 @@ bool SaveWithAllocations(const std::string& path, unsigned long successes) {
 }
 
 TEST(SatLogMemoryTest, AFileThatCannotBeSavedForWantOfMemoryHoldsWholeLines) {
-  const kv_test::TemporaryFolder folder;
-  const std::string path = folder.Path("log");
+  const TempFolder folder;
+  const std::string path = folder.Write("log", "");
   unsigned long failures = 0;
   while (failures < kMostAllocations && !SaveWithAllocations(path, failures)) {
     ++failures;
-    EXPECT_TRUE(HoldsWholeLines(folder.Contents("log"))) << folder.Contents("log");
+    EXPECT_TRUE(HoldsWholeLines(folder.Read("log"))) << folder.Read("log");
   }
   EXPECT_GE(failures, 2u);
-  EXPECT_EQ(folder.Contents("log"), Joined(MixedLines()));
+  EXPECT_EQ(folder.Read("log"), Joined(MixedLines()));
 }
 
 TEST(SatLogMemoryTest, PrintingPassesTheFailureOfALine) {

@@ -14,6 +14,7 @@
 #include "Kv/Services.h"
 #include "SatCommonUtils/Module.h"
 #include "kv/BuildKind.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -51,20 +52,13 @@ class LoadedModule {
 /// Copies of the module in a folder of their own, removed at the end.
 class ModuleFileTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (std::filesystem::temp_directory_path() / "ravelin-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
-  }
-  void TearDown() override { std::filesystem::remove_all(folder_); }
-
   std::string Copy(const std::string& name) const {
     const std::filesystem::path path = folder_ / name;
     std::filesystem::create_directories(path.parent_path());
     std::filesystem::copy_file(RAVELIN_MODULE_FILE, path);
     return path.string();
   }
-  std::string Folder() const { return folder_.string() + "/"; }
+  std::string Folder() const { return folder_.Path() + "/"; }
 
   void Expect(const std::string& name, const std::string& folder, const std::string& fileName,
               const std::string& extension) {
@@ -80,7 +74,7 @@ class ModuleFileTest : public ::testing::Test {
     module.Deinit();
   }
 
-  std::filesystem::path folder_;
+  TempFolder folder_;
 };
 
 TEST_F(ModuleFileTest, TheBuiltModuleKnowsItsOwnFile) {

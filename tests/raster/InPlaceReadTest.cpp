@@ -13,7 +13,7 @@
 #include "raster/RasterTest.h"
 #include "raster/RequestMath.h"
 #include "raster/ScriptedStream.h"
-#include "raster/TemporaryFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -22,7 +22,6 @@ using raster_test::Output;
 using raster_test::RasterTest;
 using raster_test::Request;
 using raster_test::ScriptedStream;
-using raster_test::TemporaryFolder;
 using SatCommonUtils::CanReadInPlace;
 using SatCommonUtils::ClearsWhatItLeavesUnread;
 using SatCommonUtils::CutToRaster;
@@ -98,7 +97,7 @@ TEST_F(InPlaceReadTest, TheModulesOwnReadersOnTheFrameworksStreamsAreReadInPlace
   RawBand raw;
   ASSERT_TRUE(raw.Setup(InMemory(std::string(96, 'x')), 8, 6));
   EXPECT_TRUE(InPlace(raw));
-  const TemporaryFolder folder;
+  const TempFolder folder;
   const TKvPath path(folder.Write("band.raw", std::string(96, 'x')));
   band.stream = StreamReference(new TKvFileStream(path, kvOpenRead, kvShareAll));
   EXPECT_TRUE(InPlace(band));
@@ -319,7 +318,7 @@ class Streams {
   }
 
   unsigned int kind_;
-  TemporaryFolder folder_;
+  TempFolder folder_;
   int files_ = 0;
 };
 

@@ -5,7 +5,7 @@
 
 #include "raster/RasterTest.h"
 #include "raster/ScriptedStream.h"
-#include "raster/TemporaryFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -743,7 +743,7 @@ class RawBandFileTest : public RawBandTest, public ::testing::WithParamInterface
     path = folder.Write("band.raw", FileOf(width, height, order));
     return StreamReference(new TKvFileStream(TKvPath(path), kvOpenRead, kvShareAll));
   }
-  raster_test::TemporaryFolder folder;
+  TempFolder folder;
   std::string path;
 };
 

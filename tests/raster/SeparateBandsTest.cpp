@@ -8,7 +8,7 @@
 
 #include "raster/MockBand.h"
 #include "raster/RasterTest.h"
-#include "raster/TemporaryFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -1045,7 +1045,7 @@ TEST_F(SeparateBandsTest, OneRawBandUnderTwoKeysFillsBothChannels) {
 struct RandomBands {
   /// Bands in memory, or in files of `folder` when there is one.
   RandomBands(std::mt19937& random, long w, long h, const std::vector<int>& keys,
-              const raster_test::TemporaryFolder* folder = nullptr)
+              const TempFolder* folder = nullptr)
       : width(w), height(h) {
     for (int key : keys) {
       const bool big = random() % 2 == 0;
@@ -1066,7 +1066,7 @@ struct RandomBands {
     }
   }
   static var_a_legacy::var_a<TKvStream*> Stream(const std::string& bytes, int key,
-                                                const raster_test::TemporaryFolder* folder) {
+                                                const TempFolder* folder) {
     if (folder == nullptr) {
       return var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream(bytes));
     }
@@ -1149,7 +1149,7 @@ TEST_F(SeparateBandsTest, RandomRequestsOfBandsInFilesGiveWhatAPixelByPixelModel
   std::mt19937 random(2718281);
   for (int i = 0; i < 60; ++i) {
     if (i == 30) Init_KvServices();
-    const raster_test::TemporaryFolder folder;
+    const TempFolder folder;
     const std::vector<int> keys = RandomKeys(random);
     const RandomBands model(random, 1 + static_cast<long>(random() % 40),
                             1 + static_cast<long>(random() % 12), keys, &folder);

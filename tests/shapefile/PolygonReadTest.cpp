@@ -8,9 +8,9 @@
 
 #include "SatCommonUtils/Shapefile.h"
 #include "kv/Growth.h"
-#include "kv/TemporaryFolder.h"
 #include "shapefile/ShapeFiles.h"
 #include "shapefile/Streams.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -315,17 +315,17 @@ TEST(PolygonReadTest, WhatTheStreamThrowsPassesAnywhere) {
 }
 
 TEST(PolygonReadTest, AFileIsReadLikeAStream) {
-  const kv_test::TemporaryFolder folder;
+  const TempFolder folder;
   TShapeFilePolygonData data;
-  EXPECT_TRUE(data.InitializeFromFile(folder.File("a.shp", FileOf({kSquare, kTriangle}).Bytes())));
+  EXPECT_TRUE(data.InitializeFromFile(folder.Write("a.shp", FileOf({kSquare, kTriangle}).Bytes())));
   EXPECT_EQ(BytesOf(data.rings), BytesOf({kSquare, kTriangle}));
 }
 
 TEST(PolygonReadTest, AFileThatFailsLeavesNoRings) {
-  const kv_test::TemporaryFolder folder;
+  const TempFolder folder;
   TShapeFilePolygonData data;
   const TModelFile file = FileOf({kSquare, {{1, 1}, {2, 2}}});
-  EXPECT_FALSE(data.InitializeFromFile(folder.File("a.shp", file.Bytes())));
+  EXPECT_FALSE(data.InitializeFromFile(folder.Write("a.shp", file.Bytes())));
   EXPECT_FALSE(data);
   EXPECT_TRUE(data.rings.empty());
   EXPECT_EQ(data.info.fileLength, 0u);

@@ -8,9 +8,9 @@
 
 #include "SatCommonUtils/Shapefile.h"
 #include "kv/Growth.h"
-#include "kv/TemporaryFolder.h"
 #include "shapefile/ShapeFiles.h"
 #include "shapefile/Streams.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -219,9 +219,9 @@ TEST(PolygonWriteTest, ManyRingsAreWrittenWhole) {
 }
 
 TEST(PolygonWriteTest, AFileWrittenIsTheSame) {
-  const kv_test::TemporaryFolder folder;
-  ASSERT_TRUE(Polygon({kSquare}).WriteToFile(folder.Path("a.shp")));
-  EXPECT_EQ(folder.Contents("a.shp"), FileOf({kSquare}).Bytes());
+  const TempFolder folder;
+  ASSERT_TRUE(Polygon({kSquare}).WriteToFile(folder / "a.shp"));
+  EXPECT_EQ(folder.Read("a.shp"), FileOf({kSquare}).Bytes());
 }
 
 TEST(PolygonWriteTest, AFileOnAFullDiskGivesFalse) {

@@ -7,15 +7,14 @@
 #include <string>
 
 #include "SatCommonUtils/Shapefile.h"
-#include "kv/TemporaryFolder.h"
 #include "shapefile/ShapeFiles.h"
 #include "shapefile/Streams.h"
+#include "support/TempFolder.h"
 
 namespace {
 
 using namespace SatCommonUtils;
 using namespace shape_test;
-using kv_test::TemporaryFolder;
 
 std::string FileOfType(int type) {
   TModelFile file;
@@ -135,23 +134,23 @@ TEST(ShapeFileDataTest, ResetForgetsTheHeader) {
 }
 
 TEST(ShapeFileDataTest, InitializeFromFileReadsTheFile) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   TShapeFileData data;
-  EXPECT_TRUE(data.InitializeFromFile(folder.File("a.shp", FileOfType(15))));
+  EXPECT_TRUE(data.InitializeFromFile(folder.Write("a.shp", FileOfType(15))));
   EXPECT_EQ(data.info.shapeType, 15);
 }
 
 TEST(ShapeFileDataTest, InitializeFromFileOfARefusedHeaderResets) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   TShapeFileData data = Loaded();
-  EXPECT_FALSE(data.InitializeFromFile(folder.File("a.shp", FileOfType(25))));
+  EXPECT_FALSE(data.InitializeFromFile(folder.Write("a.shp", FileOfType(25))));
   ExpectReset(data);
 }
 
 TEST(ShapeFileDataTest, InitializeFromAFileThatCannotBeOpenedResets) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   for (const std::string& path :
-       {folder.Path("missing"), folder.Path(), std::string(), std::string("a\0b", 3)}) {
+       {folder / "missing", folder.Path(), std::string(), std::string("a\0b", 3)}) {
     TShapeFileData data = Loaded();
     EXPECT_FALSE(data.InitializeFromFile(path));
     ExpectReset(data);
@@ -159,39 +158,39 @@ TEST(ShapeFileDataTest, InitializeFromAFileThatCannotBeOpenedResets) {
 }
 
 TEST(ShapeFileDataTest, InitializeFromFileCallsWhatASubclassOverrides) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   TRecordingData data;
-  EXPECT_TRUE(data.InitializeFromFile(folder.File("a.shp", FileOfType(5))));
+  EXPECT_TRUE(data.InitializeFromFile(folder.Write("a.shp", FileOfType(5))));
   EXPECT_EQ(data.initialized, 1);
 }
 
 TEST(ShapeFileDataTest, InitializeFromFileResetsWhenASubclassFails) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   TRecordingData data;
   data.result = false;
-  EXPECT_FALSE(data.InitializeFromFile(folder.File("a.shp", FileOfType(5))));
+  EXPECT_FALSE(data.InitializeFromFile(folder.Write("a.shp", FileOfType(5))));
   ExpectReset(data);
   EXPECT_EQ(data.resets, 3);
 }
 
 TEST(ShapeFileDataTest, InitializeFromFileCatchesWhatASubclassThrows) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   TRecordingData data;
   data.throws = true;
-  EXPECT_FALSE(data.InitializeFromFile(folder.File("a.shp", FileOfType(5))));
+  EXPECT_FALSE(data.InitializeFromFile(folder.Write("a.shp", FileOfType(5))));
   ExpectReset(data);
 }
 
 TEST(ShapeFileDataTest, WriteToFileOfAnInvalidOneLeavesTheFileAlone) {
-  const TemporaryFolder folder;
-  const std::string path = folder.File("a.shp", "as it was");
+  const TempFolder folder;
+  const std::string path = folder.Write("a.shp", "as it was");
   EXPECT_FALSE(TRecordingData().WriteToFile(path));
-  EXPECT_EQ(folder.Contents("a.shp"), "as it was");
+  EXPECT_EQ(folder.Read("a.shp"), "as it was");
 }
 
 TEST(ShapeFileDataTest, FilesAreClosedHoweverTheirReadingAndWritingEnds) {
-  const TemporaryFolder folder;
-  const std::string path = folder.File("a.shp", FileOfType(5));
+  const TempFolder folder;
+  const std::string path = folder.Write("a.shp", FileOfType(5));
   TRecordingData data;
   ASSERT_TRUE(data.InitializeFromFile(path));
   TRecordingData failing = data;
@@ -199,9 +198,9 @@ TEST(ShapeFileDataTest, FilesAreClosedHoweverTheirReadingAndWritingEnds) {
   const long open = OpenFiles();
   EXPECT_TRUE(data.InitializeFromFile(path));
   EXPECT_EQ(OpenFiles(), open);
-  EXPECT_TRUE(data.WriteToFile(folder.Path("out")));
+  EXPECT_TRUE(data.WriteToFile(folder / "out"));
   EXPECT_EQ(OpenFiles(), open);
-  EXPECT_FALSE(failing.WriteToFile(folder.Path("out")));
+  EXPECT_FALSE(failing.WriteToFile(folder / "out"));
   EXPECT_EQ(OpenFiles(), open);
   EXPECT_FALSE(failing.InitializeFromFile(path));
   EXPECT_EQ(OpenFiles(), open);
@@ -212,38 +211,38 @@ TEST(ShapeFileDataTest, FilesAreClosedHoweverTheirReadingAndWritingEnds) {
 class WriteToFileTest : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(data_.InitializeFromFile(folder_.File("in", FileOfType(5))));
+    ASSERT_TRUE(data_.InitializeFromFile(folder_.Write("in", FileOfType(5))));
   }
 
-  const TemporaryFolder folder_;
+  const TempFolder folder_;
   TRecordingData data_;
 };
 
 TEST_F(WriteToFileTest, ReplacesTheFileByWhatASubclassWrites) {
-  const std::string path = folder_.File("a.shp", "a longer text than the new one");
+  const std::string path = folder_.Write("a.shp", "a longer text than the new one");
   EXPECT_TRUE(data_.WriteToFile(path));
-  EXPECT_EQ(folder_.Contents("a.shp"), "written");
+  EXPECT_EQ(folder_.Read("a.shp"), "written");
 }
 
 TEST_F(WriteToFileTest, GivesTheResultOfWrite) {
   data_.result = false;
-  EXPECT_FALSE(data_.WriteToFile(folder_.Path("a.shp")));
+  EXPECT_FALSE(data_.WriteToFile(folder_ / "a.shp"));
 }
 
 TEST_F(WriteToFileTest, CatchesWhatASubclassThrows) {
   data_.throws = true;
-  EXPECT_FALSE(data_.WriteToFile(folder_.Path("a.shp")));
+  EXPECT_FALSE(data_.WriteToFile(folder_ / "a.shp"));
 }
 
 TEST_F(WriteToFileTest, GivesFalseWhenTheFileCannotBeOpened) {
-  EXPECT_FALSE(data_.WriteToFile(folder_.Path("no/such/folder")));
+  EXPECT_FALSE(data_.WriteToFile(folder_ / "no/such/folder"));
   EXPECT_FALSE(data_.WriteToFile(folder_.Path()));
 }
 
 TEST_F(WriteToFileTest, GivesFalseInTheBaseClass) {
   TShapeFileData base;
   base.info = data_.info;
-  EXPECT_FALSE(base.WriteToFile(folder_.Path("a.shp")));
+  EXPECT_FALSE(base.WriteToFile(folder_ / "a.shp"));
 }
 
 TEST_F(WriteToFileTest, GivesFalseOnAFullDisk) {
@@ -285,14 +284,14 @@ TEST(CheckShapeFileTest, AnInvalidHeaderAndANullStreamHaveNoType) {
 }
 
 TEST(CheckShapeFileTest, TellsTheTypeOfAFile) {
-  const TemporaryFolder folder;
-  EXPECT_EQ(CheckShapeFile(folder.File("a.shp", FileOfType(25))), 25);
-  EXPECT_EQ(CheckShapeFile(folder.File("b.shp", FileOfType(2))), -1);
+  const TempFolder folder;
+  EXPECT_EQ(CheckShapeFile(folder.Write("a.shp", FileOfType(25))), 25);
+  EXPECT_EQ(CheckShapeFile(folder.Write("b.shp", FileOfType(2))), -1);
 }
 
 TEST(CheckShapeFileTest, AFileThatCannotBeOpenedHasNoType) {
-  const TemporaryFolder folder;
-  EXPECT_EQ(CheckShapeFile(folder.Path("missing")), -1);
+  const TempFolder folder;
+  EXPECT_EQ(CheckShapeFile(folder / "missing"), -1);
   EXPECT_EQ(CheckShapeFile(folder.Path()), -1);
 }
 

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "SatCommonUtils/Shapefile.h"
-#include "kv/TemporaryFolder.h"
 #include "shapefile/ShapeFiles.h"
 #include "support/EveryAllocation.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -29,8 +29,8 @@ TEST(ShapeFileMemoryTest, PolygonsAreSetUpReadAndWritten) {
         return polygon.Write(&stream);
       },
       false);
-  const kv_test::TemporaryFolder folder;
-  const std::string path = folder.Path("a-name-that-is-too-long-for-the-string-itself.shp");
+  const TempFolder folder;
+  const std::string path = folder / "a-name-that-is-too-long-for-the-string-itself.shp";
   GivesEverywhere(
       "WriteToFile", [&] { return polygon.WriteToFile(path); }, false);
   GivesEverywhere(

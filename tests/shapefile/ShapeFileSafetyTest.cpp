@@ -6,9 +6,9 @@
 #include <string>
 
 #include "SatCommonUtils/Shapefile.h"
-#include "kv/TemporaryFolder.h"
 #include "shapefile/ShapeFiles.h"
 #include "support/FailingNew.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -140,8 +140,8 @@ TEST(ShapeFileSafetyTest, ReadingWithoutMemoryGivesFalse) {
 }
 
 TEST(ShapeFileSafetyTest, ReadingAFileWithoutMemoryGivesFalseAndResets) {
-  const kv_test::TemporaryFolder folder;
-  const std::string path = folder.File("a.shp", FileOf({kSquare, kTriangle}).Bytes());
+  const TempFolder folder;
+  const std::string path = folder.Write("a.shp", FileOf({kSquare, kTriangle}).Bytes());
   for (unsigned long allocations = 0;; ++allocations) {
     TShapeFilePolygonData data;
     bool good = false;
@@ -195,8 +195,8 @@ TEST(ShapeFileSafetyTest, WritingWithoutMemoryGivesFalse) {
 }
 
 TEST(ShapeFileSafetyTest, WritingAFileWithoutMemoryGivesFalse) {
-  const kv_test::TemporaryFolder folder;
-  const std::string path = folder.Path("a.shp");
+  const TempFolder folder;
+  const std::string path = folder / "a.shp";
   TShapeFilePolygonData data;
   ASSERT_TRUE(data.Setup({kSquare}));
   for (unsigned long allocations = 0;; ++allocations) {
@@ -206,7 +206,7 @@ TEST(ShapeFileSafetyTest, WritingAFileWithoutMemoryGivesFalse) {
       good = data.WriteToFile(path);
     }
     if (good) {
-      EXPECT_EQ(folder.Contents("a.shp"), FileOf({kSquare}).Bytes());
+      EXPECT_EQ(folder.Read("a.shp"), FileOf({kSquare}).Bytes());
       EXPECT_GT(allocations, 0u);
       return;
     }
@@ -214,8 +214,8 @@ TEST(ShapeFileSafetyTest, WritingAFileWithoutMemoryGivesFalse) {
 }
 
 TEST(ShapeFileSafetyTest, CheckingAFileWithoutMemoryGivesNoType) {
-  const kv_test::TemporaryFolder folder;
-  const std::string path = folder.File("a.shp", FileOf({kSquare}).Bytes());
+  const TempFolder folder;
+  const std::string path = folder.Write("a.shp", FileOf({kSquare}).Bytes());
   for (unsigned long allocations = 0;; ++allocations) {
     TShapeFileType type = sftInvalid;
     {

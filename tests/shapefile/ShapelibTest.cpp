@@ -9,14 +9,13 @@
 #include <vector>
 
 #include "SatCommonUtils/Shapefile.h"
-#include "kv/TemporaryFolder.h"
 #include "shapefile/ShapeFiles.h"
+#include "support/TempFolder.h"
 
 namespace {
 
 using namespace SatCommonUtils;
 using namespace shape_test;
-using kv_test::TemporaryFolder;
 
 using TFile = std::unique_ptr<SHPInfo, decltype(&SHPClose)>;
 using TObject = std::unique_ptr<SHPObject, decltype(&SHPDestroyObject)>;
@@ -45,8 +44,8 @@ void WriteByShapelib(const std::string& path, int type, const std::vector<TRings
 }
 
 void ExpectReadBack(int type, const TRings& rings) {
-  const TemporaryFolder folder;
-  const std::string path = folder.Path("a.shp");
+  const TempFolder folder;
+  const std::string path = folder / "a.shp";
   WriteByShapelib(path, type, {rings});
   TShapeFilePolygonData data;
   ASSERT_TRUE(data.InitializeFromFile(path));
@@ -94,8 +93,8 @@ TEST(ShapelibTest, ManyPointsAreReadBack) {
 }
 
 TEST(ShapelibTest, OfSeveralRecordsTheFirstIsRead) {
-  const TemporaryFolder folder;
-  const std::string path = folder.Path("a.shp");
+  const TempFolder folder;
+  const std::string path = folder / "a.shp";
   WriteByShapelib(path, SHPT_POLYGON, {{kTriangle}, {kSquare}, {kSquare, kTriangle}});
   TShapeFilePolygonData data;
   ASSERT_TRUE(data.InitializeFromFile(path));
@@ -104,8 +103,8 @@ TEST(ShapelibTest, OfSeveralRecordsTheFirstIsRead) {
 
 TEST(ShapelibTest, OtherTypesAreRefused) {
   for (const int type : {SHPT_ARC, SHPT_ARCZ, SHPT_ARCM, SHPT_POLYGONM, SHPT_MULTIPOINT}) {
-    const TemporaryFolder folder;
-    const std::string path = folder.Path("a.shp");
+    const TempFolder folder;
+    const std::string path = folder / "a.shp";
     WriteByShapelib(path, type, {{kSquare}});
     EXPECT_FALSE(TShapeFilePolygonData().InitializeFromFile(path)) << type;
     EXPECT_EQ(CheckShapeFile(path), type);
@@ -113,9 +112,9 @@ TEST(ShapelibTest, OtherTypesAreRefused) {
 }
 
 TEST(ShapelibTest, AFileWithoutRecordsIsRefused) {
-  const TemporaryFolder folder;
-  WriteByShapelib(folder.Path("a.shp"), SHPT_POLYGON, {});
-  EXPECT_FALSE(TShapeFilePolygonData().InitializeFromFile(folder.Path("a.shp")));
+  const TempFolder folder;
+  WriteByShapelib(folder / "a.shp", SHPT_POLYGON, {});
+  EXPECT_FALSE(TShapeFilePolygonData().InitializeFromFile(folder / "a.shp"));
 }
 
 /// The record that shapelib reads in a file that the module wrote.
@@ -124,7 +123,7 @@ class WrittenByTheModuleTest : public testing::Test {
   const SHPObject& Record(const TRings& rings) {
     TShapeFilePolygonData data;
     EXPECT_TRUE(data.Setup(rings));
-    const std::string path = folder_.Path("a.shp");
+    const std::string path = folder_ / "a.shp";
     EXPECT_TRUE(data.WriteToFile(path));
     SAHooks hooks;
     SASetupDefaultHooks(&hooks);
@@ -142,7 +141,7 @@ class WrittenByTheModuleTest : public testing::Test {
   }
 
  private:
-  const TemporaryFolder folder_;
+  const TempFolder folder_;
   TFile file_{nullptr, &SHPClose};
   TObject object_{nullptr, &SHPDestroyObject};
 };

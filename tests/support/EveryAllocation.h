@@ -55,6 +55,30 @@ unsigned long FailEveryAllocation(const Operation& operation, const Check& check
   return successes;
 }
 
+/// Runs `action` with no allocation, with one, with two ... until it succeeds; `failed` looks at
+/// the rest after each failure. Returns how often it failed.
+template <class Action, class Failed>
+unsigned long FailuresOf(const Action& action, const Failed& failed) {
+  constexpr unsigned long kMost = 1000;
+  for (unsigned long successes = 0; successes < kMost; ++successes) {
+    try {
+      const FailingNew failing(successes);
+      action();
+      return successes;
+    } catch (const std::bad_alloc&) {
+      failed();
+    }
+  }
+  ADD_FAILURE() << "it never succeeded";
+  return 0;
+}
+
+/// The same where there is nothing to look at.
+template <class Action>
+unsigned long FailuresOf(const Action& action) {
+  return FailuresOf(action, [] {});
+}
+
 /// The operation throws std::bad_alloc, or does as ever where it can do without.
 template <class Operation>
 unsigned long ThrowsEverywhere(const char* name, const Operation& operation) {

@@ -13,48 +13,47 @@
 
 #include "Kv/Services.h"
 #include "SatCommonUtils/Text.h"
-#include "kv/TemporaryFolder.h"
 #include "support/FailingNew.h"
+#include "support/TempFolder.h"
 
 namespace {
 
 using namespace std::string_literals;
-using kv_test::TemporaryFolder;
 using SatCommonUtils::ReadStringFromFile;
 using SatCommonUtils::WriteStringToFile;
 
 TEST(WriteStringToFile, MakesAFileOfTheBytes) {
-  const TemporaryFolder folder;
-  EXPECT_TRUE(WriteStringToFile(folder.Path("a"), "one\r\ntwo\0three"s));
-  EXPECT_EQ(folder.Contents("a"), "one\r\ntwo\0three"s);
+  const TempFolder folder;
+  EXPECT_TRUE(WriteStringToFile(folder / "a", "one\r\ntwo\0three"s));
+  EXPECT_EQ(folder.Read("a"), "one\r\ntwo\0three"s);
 }
 
 TEST(WriteStringToFile, ReplacesWhatTheFileHeld) {
-  const TemporaryFolder folder;
-  folder.File("a", "longer than before");
-  EXPECT_TRUE(WriteStringToFile(folder.Path("a"), "new"));
-  EXPECT_EQ(folder.Contents("a"), "new");
+  const TempFolder folder;
+  folder.Write("a", "longer than before");
+  EXPECT_TRUE(WriteStringToFile(folder / "a", "new"));
+  EXPECT_EQ(folder.Read("a"), "new");
 }
 
 TEST(WriteStringToFile, MakesAnEmptyFileOfAnEmptyString) {
-  const TemporaryFolder folder;
-  EXPECT_TRUE(WriteStringToFile(folder.Path("a"), ""));
-  EXPECT_TRUE(std::filesystem::exists(folder.Path("a")));
-  EXPECT_EQ(folder.Contents("a"), "");
+  const TempFolder folder;
+  EXPECT_TRUE(WriteStringToFile(folder / "a", ""));
+  EXPECT_TRUE(std::filesystem::exists(folder / "a"));
+  EXPECT_EQ(folder.Read("a"), "");
 }
 
 TEST(WriteStringToFile, FailsInAFolderThatIsNotThere) {
-  const TemporaryFolder folder;
-  EXPECT_FALSE(WriteStringToFile(folder.Path("none/a"), "x"));
-  EXPECT_FALSE(std::filesystem::exists(folder.Path("none")));
+  const TempFolder folder;
+  EXPECT_FALSE(WriteStringToFile(folder / "none/a", "x"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "none"));
 }
 
 TEST(WriteStringToFile, FailsOnNamesThatNoFileCanHave) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   EXPECT_FALSE(WriteStringToFile("", "x"));
   EXPECT_FALSE(WriteStringToFile(folder.Path(), "x"));
-  EXPECT_FALSE(WriteStringToFile(folder.Path("a\0b"s), "x"));
-  EXPECT_FALSE(WriteStringToFile(folder.Path(std::string(300, 'a')), "x"));
+  EXPECT_FALSE(WriteStringToFile(folder / "a\0b"s, "x"));
+  EXPECT_FALSE(WriteStringToFile(folder / std::string(300, 'a'), "x"));
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
 }
 
@@ -76,60 +75,60 @@ TEST(WriteStringToFile, FailsOnAFullDisk) {
 }
 
 TEST(WriteStringToFile, FailsWhenOnlyAPartOfItCanBeWritten) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT(WriteUpToEveryLimit(folder.Path("a")), ::testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(WriteUpToEveryLimit(folder / "a"), ::testing::ExitedWithCode(0), "");
 }
 
 TEST(WriteStringToFile, FailsWithoutPermission) {
   if (::geteuid() == 0) GTEST_SKIP() << "the super-user may write everywhere";
-  const TemporaryFolder folder;
-  folder.File("a", "held");
-  ::chmod(folder.Path("a").c_str(), 0400);
-  EXPECT_FALSE(WriteStringToFile(folder.Path("a"), "x"));
-  EXPECT_EQ(folder.Contents("a"), "held");
+  const TempFolder folder;
+  folder.Write("a", "held");
+  ::chmod((folder / "a").c_str(), 0400);
+  EXPECT_FALSE(WriteStringToFile(folder / "a", "x"));
+  EXPECT_EQ(folder.Read("a"), "held");
 }
 
 TEST(ReadStringFromFile, GivesAllBytes) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   std::string bytes;
   for (int i = 0; i < 100000; ++i) bytes += static_cast<char>(i * 7);
-  folder.File("a", bytes);
-  EXPECT_TRUE(ReadStringFromFile(folder.Path("a")) == bytes);
+  folder.Write("a", bytes);
+  EXPECT_TRUE(ReadStringFromFile(folder / "a") == bytes);
 }
 
 TEST(ReadStringFromFile, GivesAllBytesWhileTheServicesAreThereToo) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   Init_KvServices();
-  EXPECT_TRUE(WriteStringToFile(folder.Path("a"), "one\0two"s));
-  const std::string read = ReadStringFromFile(folder.Path("a"));
+  EXPECT_TRUE(WriteStringToFile(folder / "a", "one\0two"s));
+  const std::string read = ReadStringFromFile(folder / "a");
   Deinit_KvServices();
   EXPECT_EQ(read, "one\0two"s);
 }
 
 TEST(ReadStringFromFile, IsEmptyForAnEmptyFile) {
-  const TemporaryFolder folder;
-  folder.File("a", "");
-  EXPECT_EQ(ReadStringFromFile(folder.Path("a")), "");
+  const TempFolder folder;
+  folder.Write("a", "");
+  EXPECT_EQ(ReadStringFromFile(folder / "a"), "");
 }
 
 TEST(ReadStringFromFile, IsEmptyForWhatIsNoFile) {
-  const TemporaryFolder folder;
-  EXPECT_EQ(ReadStringFromFile(folder.Path("none")), "");
+  const TempFolder folder;
+  EXPECT_EQ(ReadStringFromFile(folder / "none"), "");
   EXPECT_EQ(ReadStringFromFile(folder.Path()), "");
   EXPECT_EQ(ReadStringFromFile(""), "");
   EXPECT_EQ(ReadStringFromFile("/dev/null"), "");
 }
 
 TEST(ReadStringFromFile, IsEmptyForANameWithANul) {
-  const TemporaryFolder folder;
-  folder.File("a", "held");
-  EXPECT_EQ(ReadStringFromFile(folder.Path("a\0b"s)), "");
+  const TempFolder folder;
+  folder.Write("a", "held");
+  EXPECT_EQ(ReadStringFromFile(folder / "a\0b"s), "");
 }
 
 TEST(ReadStringFromFile, IsEmptyForAFileThatNoMemoryCanHold) {
-  const TemporaryFolder folder;
-  const std::string path = folder.File("a", "");
+  const TempFolder folder;
+  const std::string path = folder.Write("a", "");
   std::error_code error;
   std::filesystem::resize_file(path, 1UL << 43, error);
   if (error) GTEST_SKIP() << "no file of 8 TiB can be made here: " << error.message();
@@ -149,17 +148,17 @@ TEST(ReadStringFromFile, IsEmptyForAFileThatEndsBeforeItsSize) {
 
 TEST(ReadStringFromFile, IsEmptyWithoutPermission) {
   if (::geteuid() == 0) GTEST_SKIP() << "the super-user may read everything";
-  const TemporaryFolder folder;
-  folder.File("a", "held");
-  ::chmod(folder.Path("a").c_str(), 0);
-  EXPECT_EQ(ReadStringFromFile(folder.Path("a")), "");
+  const TempFolder folder;
+  folder.Write("a", "held");
+  ::chmod((folder / "a").c_str(), 0);
+  EXPECT_EQ(ReadStringFromFile(folder / "a"), "");
 }
 
 const char* const kLongName = "a-name-that-is-too-long-to-be-held-in-the-string-itself";
 
 TEST(StringFilesMemory, NoAllocationThatFailsGetsOutOfWriting) {
-  const TemporaryFolder folder;
-  const std::string path = folder.Path(kLongName);
+  const TempFolder folder;
+  const std::string path = folder / kLongName;
   const std::string content(1000, 'x');
   unsigned long failures = 0;
   bool isWritten = false;
@@ -169,13 +168,13 @@ TEST(StringFilesMemory, NoAllocationThatFailsGetsOutOfWriting) {
   }
   EXPECT_TRUE(isWritten);
   EXPECT_GT(failures, 1u);
-  EXPECT_EQ(folder.Contents(kLongName), content);
+  EXPECT_EQ(folder.Read(kLongName), content);
 }
 
 TEST(StringFilesMemory, NoAllocationThatFailsGetsOutOfReading) {
-  const TemporaryFolder folder;
+  const TempFolder folder;
   const std::string content(1000, 'x');
-  const std::string path = folder.File(kLongName, content);
+  const std::string path = folder.Write(kLongName, content);
   unsigned long failures = 0;
   std::string read;
   for (; read.empty() && failures < 50; ++failures) {

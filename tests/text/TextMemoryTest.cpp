@@ -1,4 +1,4 @@
-// The text helpers while allocations fail.
+// Operations on texts while allocations fail.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "SatCommonUtils/Text.h"
-#include "kv/TemporaryFolder.h"
 #include "support/EveryAllocation.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -139,8 +139,8 @@ TEST(TextMemoryTest, WhatThrowsItsNameWithoutMemoryThrowsThatOrBadAlloc) {
 }
 
 TEST(TextMemoryTest, Files) {
-  const kv_test::TemporaryFolder folder;
-  const std::string path = folder.Path("a-name-that-is-too-long-to-be-held-in-the-string-itself");
+  const TempFolder folder;
+  const std::string path = folder / "a-name-that-is-too-long-to-be-held-in-the-string-itself";
   GivesEverywhere(
       "WriteStringToFile", [&] { return WriteStringToFile(path, kLong); }, false);
   GivesEverywhere(

@@ -18,7 +18,7 @@
 #include "host/documents/OptionTable.h"
 #include "host/documents/ShellText.h"
 #include "host/documents/ZshCompletion.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

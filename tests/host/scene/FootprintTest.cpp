@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "host/support/PngFile.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

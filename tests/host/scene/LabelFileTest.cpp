@@ -4,7 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "host/scene/support/Scopes.h"
-#include "host/support/TempFolder.h"
+#include "host/support/ErrorOf.h"
+#include "support/TempFolder.h"
 
 namespace {
 

@@ -5,6 +5,7 @@
 
 #include "host/XmlConversion.h"
 #include "host/scene/support/Scopes.h"
+#include "host/support/ErrorOf.h"
 
 namespace {
 

@@ -5,7 +5,8 @@
 
 #include "host/sample/SampleLabel.h"
 #include "host/scene/support/Scopes.h"
-#include "host/support/TempFolder.h"
+#include "host/support/ErrorOf.h"
+#include "support/TempFolder.h"
 
 namespace {
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "host/scene/support/Scopes.h"
+#include "host/support/ErrorOf.h"
 
 namespace {
 

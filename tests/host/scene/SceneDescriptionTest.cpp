@@ -9,6 +9,7 @@
 #include "host/sample/SampleLabel.h"
 #include "host/sample/SampleLayout.h"
 #include "host/scene/support/Scopes.h"
+#include "host/support/ErrorOf.h"
 
 namespace {
 

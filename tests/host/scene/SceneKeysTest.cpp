@@ -8,6 +8,7 @@
 #include <set>
 
 #include "host/scene/support/Scopes.h"
+#include "host/support/ErrorOf.h"
 
 namespace {
 
@@ -56,11 +57,13 @@ TEST(KeyMappings, ReadKeyAndName) {
 }
 
 TEST(KeyMappings, RefuseNamesThatAreNotInTheTable) {
-  EXPECT_EQ(ErrorOf([] { ParseKeyMapping("ROWS"); }), "'ROWS' is not of the form KEY=NAME");
-  EXPECT_EQ(ErrorOf([] { ParseKeyMapping("=LINES"); }), "'=LINES' is not of the form KEY=NAME");
-  EXPECT_EQ(ErrorOf([] { ParseKeyMapping("ROWS=LINE"); }),
+  EXPECT_EQ(ErrorOf<std::invalid_argument>([] { ParseKeyMapping("ROWS"); }),
+            "'ROWS' is not of the form KEY=NAME");
+  EXPECT_EQ(ErrorOf<std::invalid_argument>([] { ParseKeyMapping("=LINES"); }),
+            "'=LINES' is not of the form KEY=NAME");
+  EXPECT_EQ(ErrorOf<std::invalid_argument>([] { ParseKeyMapping("ROWS=LINE"); }),
             "'LINE' is no name of the table in docs/scene.md");
-  EXPECT_EQ(ErrorOf([] { ParseKeyMapping("ROWS=REFLECTIVE_LINES"); }),
+  EXPECT_EQ(ErrorOf<std::invalid_argument>([] { ParseKeyMapping("ROWS=REFLECTIVE_LINES"); }),
             "'REFLECTIVE_LINES' is no name of the table in docs/scene.md: give LINES");
 }
 

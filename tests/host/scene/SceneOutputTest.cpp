@@ -5,7 +5,7 @@
 
 #include "host/HostError.h"
 #include "host/scene/support/Scopes.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include "host/scene/support/JsonSchema.h"
 #include "host/support/RunCommand.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 

@@ -23,14 +23,3 @@ class SortedLabel {
   std::vector<ravelin::LabelGroup> groups_;
   ravelin::LabelScopes scopes_;
 };
-
-/// What a call fails with; empty when it does not.
-template <class Call>
-std::string ErrorOf(const Call& call) {
-  try {
-    call();
-    return "";
-  } catch (const std::exception& error) {
-    return error.what();
-  }
-}

@@ -1,12 +1,14 @@
 // A small product to make scenes of.
 #pragma once
 
+#include <filesystem>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "host/support/RunCommand.h"
 #include "host/support/Samples.h"
-#include "host/support/TempFolder.h"
+#include "host/support/Subcommand.h"
 
 /// In the folder `product` of a temporary folder: three bands of 4 x 3 pixels with a label.
 class SmallProduct {
@@ -43,8 +45,7 @@ class SmallProduct {
   /// `ravelin scene` with these arguments, beside the folder `product`.
   CommandResult Run(std::vector<std::string> arguments,
                     const std::function<void()>& prepare = {}) const {
-    arguments.insert(arguments.begin(), "scene");
-    return RunCommand(arguments, folder_.Path(), prepare);
+    return RunSubcommand("scene", std::move(arguments), folder_, prepare);
   }
 
   const Samples blue = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};

@@ -28,10 +28,12 @@ class TempFolder {
   const std::string& Path() const { return path_; }
   std::string operator/(const std::string& name) const { return path_ + "/" + name; }
 
-  void Write(const std::string& name, const std::string& bytes) const {
+  /// Writes a file and returns its path.
+  std::string Write(const std::string& name, const std::string& bytes) const {
     std::ofstream file(*this / name, std::ios::binary);
     file << bytes;
     if (!file.flush()) throw std::runtime_error("cannot write " + name);
+    return *this / name;
   }
 
   std::string Read(const std::string& name) const {
@@ -44,10 +46,11 @@ class TempFolder {
     std::filesystem::create_directory(*this / name);
   }
 
-  /// A file of zeros that takes no space.
-  void WriteSparse(const std::string& name, unsigned long size) const {
+  /// The same with a file of zeros that takes no space.
+  std::string WriteSparse(const std::string& name, unsigned long size) const {
     Write(name, "");
     std::filesystem::resize_file(*this / name, size);
+    return *this / name;
   }
 
   bool Has(const std::string& name) const { return std::filesystem::exists(*this / name); }
