@@ -113,10 +113,8 @@ std::function<std::string(const Stream&)> Converting(Converter convert, const ch
 
 using PvlConverter = bool (*)(var_a_legacy::var_a<TKvStream*>, var_a_legacy::var_a<TKvStream*>);
 
-std::vector<Operation> Operations() {
-  const std::string text = "some text of several bytes";
+std::vector<Operation> TextOperations() {
   const std::string marked = "\xff\xfe" + std::string(2100, 'x');
-  const std::string xml = "<r><a>first</a><b>second</b></r>";
   return {
       {"ReadBOM", marked,
        [](const Stream& stream) {
@@ -147,6 +145,11 @@ std::vector<Operation> Operations() {
        Converting(static_cast<PvlConverter>(NASA_PVLtoXML),
                   "GROUP = A\nB = (1, 2)\nEND_GROUP = A\nEND\n"),
        false},
+  };
+}
+
+std::vector<Operation> ShapefileOperations() {
+  return {
       {"TShapeFileDataInitialize", MainFile(),
        [](const Stream& stream) {
          TShapeFileData data;
@@ -169,8 +172,13 @@ std::vector<Operation> Operations() {
        true},
       {"TShapeFilePolygonDataWrite", "",
        [](const Stream& stream) { return Written(Polygon().Write(stream.get()), stream); }, true},
-      {"TKvXIniReader", xml, ReadItems, true, true},
-      {"TKvXmlItemParse", "<r>" + text + "</r>", ParseText, true, true},
+  };
+}
+
+std::vector<Operation> FrameworkOperations() {
+  return {
+      {"TKvXIniReader", "<r><a>first</a><b>second</b></r>", ReadItems, true, true},
+      {"TKvXmlItemParse", "<r>some text of several bytes</r>", ParseText, true, true},
       {"TKvXIniStreamWriter", "",
        [](const Stream& stream) {
          TKvXIniStreamWriter writer(stream, 0, TKvXIniStreamWriter::htDocument);
@@ -245,7 +253,13 @@ TEST_P(StreamFaults, AtEveryByte) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Operations, StreamFaults, testing::ValuesIn(Operations()),
-                         [](const auto& info) { return std::string(info.param.name); });
+std::string NameOf(const testing::TestParamInfo<Operation>& info) {
+  return info.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, StreamFaults, testing::ValuesIn(TextOperations()), NameOf);
+INSTANTIATE_TEST_SUITE_P(Shapefiles, StreamFaults, testing::ValuesIn(ShapefileOperations()),
+                         NameOf);
+INSTANTIATE_TEST_SUITE_P(Framework, StreamFaults, testing::ValuesIn(FrameworkOperations()), NameOf);
 
 }  // namespace
