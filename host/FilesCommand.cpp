@@ -9,6 +9,7 @@
 #include "SatCommonUtils/Files.h"
 #include "host/FolderListing.h"
 #include "host/HostError.h"
+#include "host/TextOutput.h"
 #include "host/UsageError.h"
 
 namespace ravelin {
@@ -25,13 +26,6 @@ struct FindArguments {
   std::string folder;
   std::string name;
 };
-
-void Print(const std::string& text) {
-  std::cout << text << std::flush;
-  if (!std::cout) {
-    throw HostError("standard output", "cannot be written", "free some space or write elsewhere");
-  }
-}
 
 /// Paths that begin with ':' mean something else to the module.
 std::string PlainPath(const std::string& folder) {
@@ -78,8 +72,8 @@ void PrintNotes(const FolderListing& listing, const std::string& folder) {
 void List(ListArguments& arguments) {
   arguments.request.folder = PlainPath(arguments.request.folder);
   const FolderListing listing = ListFolders(arguments.request);
-  Print(arguments.json ? DescribeListing(listing, arguments.request).dump(2) + "\n"
-                       : ListingText(listing));
+  PrintText(arguments.json ? DescribeListing(listing, arguments.request).dump(2) + "\n"
+                           : ListingText(listing));
   PrintNotes(listing, arguments.request.folder);
 }
 
@@ -91,7 +85,7 @@ void Find(const FindArguments& arguments) {
     throw HostError(folder, "has no file '" + arguments.name + "', in whatever letter case",
                     "list its files with ravelin files");
   }
-  Print(Printable(PathIn(folder, name)) + "\n");
+  PrintText(Printable(PathIn(folder, name)) + "\n");
 }
 
 CommandEntry AddFind(CommandEntry& files) {

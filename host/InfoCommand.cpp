@@ -1,12 +1,11 @@
 #include "host/InfoCommand.h"
 
-#include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "host/HostError.h"
 #include "host/Info.h"
+#include "host/TextOutput.h"
 
 namespace ravelin {
 namespace {
@@ -18,11 +17,7 @@ struct Arguments {
 
 void Inform(const Arguments& arguments) {
   const nlohmann::ordered_json description = DescribeFile(arguments.file);
-  std::cout << (arguments.json ? description.dump(2) + "\n" : DescriptionText(description))
-            << std::flush;
-  if (!std::cout) {
-    throw HostError("standard output", "cannot be written", "free some space or write elsewhere");
-  }
+  PrintText(arguments.json ? description.dump(2) + "\n" : DescriptionText(description));
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 
 #include "SatCommonUtils/Version.h"
 #include "host/CommandLine.h"
-#include "host/PendingFile.h"
+#include "host/TextOutput.h"
 #include "host/documents/BashCompletion.h"
 #include "host/documents/FishCompletion.h"
 #include "host/documents/ManPage.h"
@@ -13,19 +13,13 @@
 
 namespace {
 
-void Write(const std::string& path, const std::string& text) {
-  ravelin::PendingFile file(path);
-  file.Write(text.data(), text.size());
-  file.Commit();
-}
-
 void WriteDocuments(const std::string& folder) {
   const ravelin::DocumentedCommand program =
       ravelin::ReadOptionTable(*ravelin::DescribeCommandLine());
-  Write(folder + "/ravelin.1", ravelin::ManPage(program, RAVELIN_VERSION));
-  Write(folder + "/ravelin.bash", ravelin::BashCompletion(program));
-  Write(folder + "/_ravelin", ravelin::ZshCompletion(program));
-  Write(folder + "/ravelin.fish", ravelin::FishCompletion(program));
+  ravelin::WriteTextOutput(ravelin::ManPage(program, RAVELIN_VERSION), folder + "/ravelin.1");
+  ravelin::WriteTextOutput(ravelin::BashCompletion(program), folder + "/ravelin.bash");
+  ravelin::WriteTextOutput(ravelin::ZshCompletion(program), folder + "/_ravelin");
+  ravelin::WriteTextOutput(ravelin::FishCompletion(program), folder + "/ravelin.fish");
 }
 
 }  // namespace

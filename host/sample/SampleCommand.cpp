@@ -9,12 +9,12 @@
 #include "host/MakeFolder.h"
 #include "host/PendingFile.h"
 #include "host/TextOutput.h"
+#include "host/documents/ShellText.h"
 #include "host/sample/SampleLabel.h"
 #include "host/sample/SampleLayout.h"
 #include "host/sample/Scene.h"
 
 namespace ravelin {
-
 namespace {
 
 using Samples = SceneGrid<std::uint16_t>;
@@ -76,9 +76,7 @@ std::string ShellWord(const std::string& text) {
            std::string_view("/._-=:").find(c) != std::string_view::npos;
   };
   if (std::all_of(text.begin(), text.end(), isPlain)) return text;
-  std::string word = "'";
-  for (const char c : text) word += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return word + "'";
+  return ShellQuoted(text);
 }
 
 std::string BandOption(const std::string& folder, const SampleBand& band, const char* key) {

@@ -12,6 +12,7 @@
 
 #include "host/HostError.h"
 #include "host/ProgressBar.h"
+#include "host/TextOutput.h"
 #include "host/UsageError.h"
 #include "host/scene/SceneRun.h"
 #include "host/scene/SceneSummary.h"
@@ -117,13 +118,6 @@ std::vector<SceneJob> JobsOf(const Arguments& arguments) {
   return jobs;
 }
 
-void Print(const std::string& text) {
-  std::cout << text << std::flush;
-  if (!std::cout) {
-    throw HostError("standard output", "cannot be written", "free some space or write elsewhere");
-  }
-}
-
 void RunScenes(const Arguments& arguments) {
   const SceneOptions options = OptionsOf(arguments);
   const std::vector<SceneJob> jobs = JobsOf(arguments);
@@ -132,12 +126,12 @@ void RunScenes(const Arguments& arguments) {
   for (const SceneJob& job : jobs) {
     reports.push_back(RunScene(job, options, arguments.quiet ? nullptr : ProgressTerminal()));
     const SceneReport& report = reports.back();
-    if (!arguments.json && !arguments.quiet) Print(SceneSummaryText(report));
+    if (!arguments.json && !arguments.quiet) PrintText(SceneSummaryText(report));
     if (report.error.empty()) continue;
     ++failed;
     if (jobs.size() > 1) std::cerr << "ravelin: " << Printable(report.error) << std::endl;
   }
-  if (arguments.json) Print(SceneSummary(reports).dump(2) + "\n");
+  if (arguments.json) PrintText(SceneSummary(reports).dump(2) + "\n");
   if (failed == 0) return;
   if (jobs.size() == 1) throw std::runtime_error(reports.front().error);
   throw HostError("scene",
