@@ -47,18 +47,6 @@ bool Same(const TShapeFilePoint& a, const TShapeFilePoint& b) {
   return a.x == b.x && a.y == b.y;
 }
 
-/// Twice the area, positive when the ring runs anticlockwise. Reckoned from the first point: far
-/// from the origin the products would drown it.
-double DoubledArea(const TShapeFileRing& ring) {
-  const TShapeFilePoint& origin = ring.front();
-  double sum = 0;
-  for (std::size_t i = 1; i + 1 < ring.size(); ++i) {
-    sum += (ring[i].x - origin.x) * (ring[i + 1].y - origin.y) -
-           (ring[i + 1].x - origin.x) * (ring[i].y - origin.y);
-  }
-  return sum;
-}
-
 }  // namespace
 
 TShapeFileRing ParsePoints(std::string_view text, const std::string& name) {
@@ -80,12 +68,6 @@ TShapeFileRing ParsePoints(std::string_view text, const std::string& name) {
                     "give at least 3");
   }
   return ring;
-}
-
-bool MakeClockwise(TShapeFileRing* ring) {
-  if (!(DoubledArea(*ring) > 0)) return false;
-  std::reverse(ring->begin() + 1, ring->end());
-  return true;
 }
 
 }  // namespace ravelin

@@ -13,8 +13,4 @@ namespace ravelin {
 /// `name` and the line for anything else, and when there are fewer than three points.
 SatCommonUtils::TShapeFileRing ParsePoints(std::string_view text, const std::string& name);
 
-/// Turns an anticlockwise ring round; its first point stays the first. False when there was nothing
-/// to turn.
-bool MakeClockwise(SatCommonUtils::TShapeFileRing* ring);
-
 }  // namespace ravelin

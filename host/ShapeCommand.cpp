@@ -6,19 +6,21 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "Kv/Text.h"
 #include "host/HostError.h"
 #include "host/InputFile.h"
 #include "host/PendingFile.h"
 #include "host/PixelArea.h"
-#include "host/PngWriter.h"
 #include "host/PointText.h"
 #include "host/ShapeCompanions.h"
 #include "host/ShapeFile.h"
 #include "host/ShapeInfo.h"
 #include "host/ShapeOutline.h"
+#include "host/ShapeRing.h"
 #include "host/TextInput.h"
+#include "host/TextOutput.h"
 #include "host/UsageError.h"
 
 namespace ravelin {
@@ -48,10 +50,7 @@ struct FromPointsArguments {
 
 void Inform(const InfoArguments& arguments) {
   const nlohmann::ordered_json json = DescribeShape(ReadShapeFile(arguments.file), arguments.file);
-  std::cout << (arguments.json ? json.dump(2) + "\n" : ShapeText(json)) << std::flush;
-  if (!std::cout) {
-    throw HostError("standard output", "cannot be written", "free some space or write elsewhere");
-  }
+  PrintText(arguments.json ? json.dump(2) + "\n" : ShapeText(json));
 }
 
 void CheckEnding(const std::string& path, const std::string& ending) {
@@ -69,16 +68,6 @@ ImageSize SizeOf(const std::string& text) {
                                  std::to_string(kLeastSide) + " to " + std::to_string(kMostSide));
 }
 
-void WritePng(const GreyPicture& picture, const std::string& path) {
-  PendingFile file(path);
-  PngWriter writer(file, {picture.size.width, picture.size.height, 1, 8}, path);
-  for (long row = 0; row < picture.size.height; ++row) {
-    writer.WriteRow(picture.pixels.data() + row * picture.size.width);
-  }
-  writer.Finish();
-  file.Commit();
-}
-
 void Show(const ShowArguments& arguments) {
   CheckEnding(arguments.output, ".png");
   const ImageSize size = SizeOf(arguments.size);
@@ -90,16 +79,15 @@ void Show(const ShowArguments& arguments) {
     throw HostError(arguments.file, "holds points that are no finite numbers and cannot be drawn",
                     "remove them");
   }
-  WritePng(DrawOutline(file.polygon.rings, size), arguments.output);
+  PendingFile picture(arguments.output);
+  WriteGreyPicture(DrawOutline(file.polygon.rings, size), picture, arguments.output);
+  picture.Commit();
 }
 
 std::string MainFile(const SatCommonUtils::TShapeFileRing& ring, const std::string& name) {
-  SatCommonUtils::TShapeFilePolygonData data;
-  TKvMemoryStream stream;
-  if (!data.Setup({ring}) || !data.Write(&stream)) {
-    throw HostError(name, "has too many points for a shapefile", "give fewer");
-  }
-  return stream.Bytes();
+  std::optional<std::string> bytes = ShapeMainFile(ring);
+  if (!bytes) throw HostError(name, "has too many points for a shapefile", "give fewer");
+  return *std::move(bytes);
 }
 
 std::string ReadWkt(const std::string& path) {

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <utility>
 
+#include "host/PngWriter.h"
+
 namespace ravelin {
 namespace {
 
@@ -168,6 +170,14 @@ GreyPicture DrawOutline(const Rings& rings, const ImageSize& most) {
   canvas.Fill();
   ForEachLine(rings, project, [&](auto a, auto b) { canvas.Line(a, b); });
   return canvas.Take();
+}
+
+void WriteGreyPicture(const GreyPicture& picture, PendingFile& file, const std::string& name) {
+  PngWriter writer(file, {picture.size.width, picture.size.height, 1, 8}, name);
+  for (long row = 0; row < picture.size.height; ++row) {
+    writer.WriteRow(picture.pixels.data() + row * picture.size.width);
+  }
+  writer.Finish();
 }
 
 }  // namespace ravelin

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "SatCommonUtils/Shapefile.h"
+#include "host/PendingFile.h"
 #include "host/PixelArea.h"
 
 namespace ravelin {
@@ -24,5 +26,8 @@ bool CanBeDrawn(const std::vector<SatCommonUtils::TShapeFileRing>& rings);
 /// linear in the points and, for each line, in the pixels that it crosses.
 GreyPicture DrawOutline(const std::vector<SatCommonUtils::TShapeFileRing>& rings,
                         const ImageSize& most);
+
+/// Writes a picture as a PNG into a file that is not committed. Throws HostError naming `name`.
+void WriteGreyPicture(const GreyPicture& picture, PendingFile& file, const std::string& name);
 
 }  // namespace ravelin

@@ -1,21 +1,18 @@
 #include "host/scene/Footprint.h"
 
-#include <algorithm>
-#include <vector>
+#include <utility>
 
-#include "Kv/Stream.h"
 #include "Kv/Text.h"
 #include "host/HostError.h"
-#include "host/PngWriter.h"
 #include "host/ShapeCompanions.h"
 #include "host/ShapeOutline.h"
+#include "host/ShapeRing.h"
 #include "host/scene/SceneLog.h"
 
 namespace ravelin {
 namespace {
 
 using SatCommonUtils::TSatLog;
-using SatCommonUtils::TShapeFilePolygonData;
 using SatCommonUtils::TShapeFileRing;
 
 constexpr ImageSize kDrawing = {512, 512};
@@ -30,21 +27,10 @@ bool IsWgs84(const std::string& datum) {
   return name == "WGS84" || name == "WGS1984";
 }
 
-/// Twice the area, positive when the ring runs anticlockwise.
-double SignedArea(const TShapeFileRing& ring) {
-  double area = 0;
-  for (std::size_t i = 0; i < ring.size(); ++i) {
-    const auto& a = ring[i];
-    const auto& b = ring[(i + 1) % ring.size()];
-    area += (a.x - ring[0].x) * (b.y - ring[0].y) - (b.x - ring[0].x) * (a.y - ring[0].y);
-  }
-  return area;
-}
-
 TShapeFileRing RingOf(const SceneCorners& corners) {
   TShapeFileRing ring = {corners.upperLeft, corners.upperRight, corners.lowerRight,
                          corners.lowerLeft};
-  if (SignedArea(ring) > 0) std::reverse(ring.begin() + 1, ring.end());
+  MakeClockwise(&ring);
   return ring;
 }
 
@@ -59,23 +45,15 @@ Footprint InDegrees(const SceneDescription& scene, const std::optional<Projectio
 }
 
 std::string MainFile(const TShapeFileRing& ring, const std::string& name) {
-  TShapeFilePolygonData polygon;
-  TKvMemoryStream stream;
-  if (!polygon.Setup({ring}) || !polygon.Write(&stream)) {
+  std::optional<std::string> bytes = ShapeMainFile(ring);
+  if (!bytes)
     throw HostError(name, "the corners make no polygon", "check the corners in the label");
-  }
-  return stream.Bytes();
+  return *std::move(bytes);
 }
 
 void AddDrawing(const TShapeFileRing& ring, SceneOutput& output) {
   const std::string name = "footprint.png";
-  const GreyPicture picture = DrawOutline({ring}, kDrawing);
-  PngWriter writer(output.Add(name), {picture.size.width, picture.size.height, 1, 8},
-                   output.PathOf(name));
-  for (long row = 0; row < picture.size.height; ++row) {
-    writer.WriteRow(picture.pixels.data() + row * picture.size.width);
-  }
-  writer.Finish();
+  WriteGreyPicture(DrawOutline({ring}, kDrawing), output.Add(name), output.PathOf(name));
 }
 
 }  // namespace

@@ -4,13 +4,11 @@
 
 #include <string>
 
-#include "host/HostError.h"
+#include "host/support/ErrorOf.h"
 #include "shapefile/ShapeFiles.h"
 
 namespace {
 
-using ravelin::HostError;
-using ravelin::MakeClockwise;
 using ravelin::ParsePoints;
 using shape_test::BytesOf;
 using shape_test::TShapeFileRing;
@@ -22,12 +20,7 @@ void ExpectPoints(const std::string& text, const TShapeFileRing& points) {
 }
 
 std::string ErrorOf(const std::string& text) {
-  try {
-    ParsePoints(text, "a.txt");
-  } catch (const HostError& error) {
-    return error.what();
-  }
-  return "no error";
+  return ::ErrorOf([&] { ParsePoints(text, "a.txt"); });
 }
 
 void ExpectLineError(const std::string& line) {
@@ -98,28 +91,6 @@ TEST(PointText, FewerThanThreePointsAreRefused) {
   EXPECT_EQ(ErrorOf("# none\n"), "a.txt: has 0 points for the ring; give at least 3");
   EXPECT_EQ(ErrorOf("1 1\n"), "a.txt: has 1 points for the ring; give at least 3");
   EXPECT_EQ(ErrorOf("1 1\n2 2\n1 1\n"), "a.txt: has 2 points for the ring; give at least 3");
-}
-
-TEST(PointText, AnAnticlockwiseRingIsTurnedRoundItsFirstPoint) {
-  TShapeFileRing ring = {{0, 0}, {4, 0}, {4, 4}, {0, 4}};
-  EXPECT_TRUE(MakeClockwise(&ring));
-  EXPECT_EQ(BytesOf({ring}), BytesOf({{{0, 0}, {0, 4}, {4, 4}, {4, 0}}}));
-}
-
-TEST(PointText, AClockwiseRingStaysAsItIs) {
-  TShapeFileRing ring = {{0, 0}, {0, 4}, {4, 4}, {4, 0}};
-  EXPECT_FALSE(MakeClockwise(&ring));
-  EXPECT_EQ(BytesOf({ring}), BytesOf({{{0, 0}, {0, 4}, {4, 4}, {4, 0}}}));
-}
-
-TEST(PointText, ARingWithoutAnAreaStaysAsItIs) {
-  TShapeFileRing ring = {{0, 0}, {1, 1}, {2, 2}};
-  EXPECT_FALSE(MakeClockwise(&ring));
-}
-
-TEST(PointText, ASmallRingFarFromTheOriginIsTurned) {
-  TShapeFileRing ring = {{5e8, 5e8}, {5e8 + 1e-3, 5e8}, {5e8 + 1e-3, 5e8 + 1e-3}};
-  EXPECT_TRUE(MakeClockwise(&ring));
 }
 
 }  // namespace
