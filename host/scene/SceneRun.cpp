@@ -10,6 +10,7 @@
 #include "host/MakeFolder.h"
 #include "host/Picture.h"
 #include "host/ProgressBar.h"
+#include "host/TreeConversion.h"
 #include "host/scene/Footprint.h"
 #include "host/scene/Projection.h"
 #include "host/scene/ReducedRaster.h"
@@ -199,7 +200,7 @@ class SceneRun {
     TStringTree tree(kSceneTag, 0, nullptr, "Scene");
     FillSceneTree(report_, &tree);
     output.AddBytes("scene.tree", SatCommonUtils::WriteTreeToString(tree));
-    output.AddBytes("scene.xml", SceneTreeXml(tree));
+    output.AddBytes("scene.xml", TreeXml(tree, "scene"));
   }
 
   void Commit(SceneOutput& output) {

@@ -1,16 +1,17 @@
 #include "host/scene/SceneTree.h"
 
-#include "Kv/Stream.h"
-#include "Kv/XIni.h"
+#include <cstdio>
+#include <string>
+#include <vector>
 
 namespace ravelin {
 namespace {
 
 using SatCommonUtils::TStringTree;
 
-/// Every subtree of a TStringTree is one.
+/// Every subtree of a TStringTree is one. Their indices count up, so none is looked for.
 TStringTree* AddSubtree(TStringTree* tree, const char* header, int tag, int idx) {
-  tree->InsertSubtree(header, tag, idx);
+  tree->subtrees.push_back(tree->CreateSubtree(tag, idx, header));
   return static_cast<TStringTree*>(tree->subtrees.back());
 }
 
@@ -90,17 +91,6 @@ void FillSceneTree(const SceneReport& report, TStringTree* tree) {
   for (const TileEntry& tile : report.tiles) AddTile(tree, idx++, tile);
   if (report.degrees) AddCorners(tree, "Corners, degrees", 0, *report.degrees);
   if (report.metres) AddCorners(tree, "Corners, projection", 1, *report.metres);
-}
-
-std::string SceneTreeXml(const TStringTree& tree) {
-  auto* const bytes = new TKvMemoryStream;
-  const var_a_legacy::var_a<TKvStream*> stream(bytes);
-  TKvXIniStreamWriter writer(stream, 0, TKvXIniStreamWriter::htDocument);
-  const unsigned long section = writer.BeginSectionSE("scene");
-  if (!tree.WriteToXML(&writer) || !writer.EndSection(section) || !writer.Close()) {
-    writer.ReportWriteError();
-  }
-  return bytes->Bytes();
 }
 
 }  // namespace ravelin

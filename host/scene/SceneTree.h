@@ -1,8 +1,6 @@
 // A scene as a tree of values.
 #pragma once
 
-#include <string>
-
 #include "SatCommonUtils/Tree.h"
 #include "host/scene/SceneReport.h"
 
@@ -42,8 +40,5 @@ enum SceneTag : int {
 
 /// Fills a tree that is empty and has the tag kSceneTag.
 void FillSceneTree(const SceneReport& report, SatCommonUtils::TStringTree* tree);
-
-/// The tree as XML-ini: a section "scene" with what TStringTree writes.
-std::string SceneTreeXml(const SatCommonUtils::TStringTree& tree);
 
 }  // namespace ravelin

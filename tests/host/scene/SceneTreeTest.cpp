@@ -5,6 +5,7 @@
 
 #include "Kv/Stream.h"
 #include "Kv/XIni.h"
+#include "host/TreeConversion.h"
 
 namespace {
 
@@ -80,7 +81,7 @@ TEST(SceneTree, SaysWhenAllPixelsWereCounted) {
 TEST(SceneTree, ReadsBackFromXml) {
   TStringTree tree(kSceneTag, 0, nullptr, "Scene");
   FillSceneTree(Report(), &tree);
-  const var_a_legacy::var_a<TKvStream*> xml(new TKvMemoryStream(SceneTreeXml(tree)));
+  const var_a_legacy::var_a<TKvStream*> xml(new TKvMemoryStream(ravelin::TreeXml(tree, "scene")));
   TKvXIniReader reader(xml);
   const unsigned long section = reader.EnterSectionSE("scene");
   TStringTree copy(0, 0, nullptr, "");
