@@ -87,9 +87,16 @@ class SceneRun {
     Commit(output);
   }
 
+  /// A label that is named may lie anywhere, one that is found must not be a link that leads out.
+  std::string LabelPath(const ProductFolder& folder) const {
+    if (options_.label.starts_with('/')) return options_.label;
+    if (!options_.label.empty()) return folder.Path() + "/" + options_.label;
+    const std::string name = FindLabel(folder.Path());
+    return folder.Find(name).value_or(folder.Path() + "/" + name);
+  }
+
   LabelFile TakeLabel(const ProductFolder& folder) {
-    const std::string name = options_.label.empty() ? FindLabel(folder.Path()) : options_.label;
-    const std::string path = name.starts_with('/') ? name : folder.Path() + "/" + name;
+    const std::string path = LabelPath(folder);
     LabelFile label = ReadLabel(path, options_.dialect);
     report_.label = path;
     report_.dialect = DialectName(label.dialect);

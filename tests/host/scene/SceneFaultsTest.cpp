@@ -120,6 +120,15 @@ TEST(BrokenProduct, WithABandFileOutsideTheFolder) {
   EXPECT_THAT(FailureOf(product), HasSubstr("green.raw: leads outside the folder product"));
 }
 
+TEST(BrokenProduct, WithALabelThatIsALinkToOutside) {
+  SmallProduct product;
+  product.Folder().Write("secret.lbl", product.Folder().Read("product/small.lbl"));
+  product.Remove("small.lbl");
+  std::filesystem::create_symlink("../secret.lbl", product.Folder() / "product/small.lbl");
+  EXPECT_THAT(FailureOf(product), HasSubstr("small.lbl: leads outside the folder product"));
+  EXPECT_EQ(product.Run({"product", "--label", "small.lbl", "-o", "named"}).exitCode, 0);
+}
+
 TEST(BrokenProduct, WithABandFileThatMustNotBeRead) {
   if (geteuid() == 0) GTEST_SKIP() << "the super-user may read everything";
   SmallProduct product;
