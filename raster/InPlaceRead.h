@@ -27,10 +27,8 @@ struct TPixelRows {
 bool ClearsWhatItLeavesUnread(const TBasePushbroomDibData& band);
 
 /// Whether the band answers the request by reading exactly `pixels` of which `part` lies inside it,
-/// and no code of others runs meanwhile: it is one of the module's raw readers, nothing derived
-/// from them, in its usual state (one kind, one sample of 2 bytes a pixel), on one of the
-/// framework's own streams. Code of others might use the band's read buffer again while it is still
-/// needed.
+/// and no code of others runs meanwhile, which might use the band's read buffer again while it is
+/// still needed: ClearsWhatItLeavesUnread is true of the band.
 bool CanReadInPlace(TBasePushbroomDibData& band, const TBandRequest& request,
                     const TKvDibRectI& pixels, const TKvDibRectI& part);
 

@@ -1,5 +1,5 @@
 /// @file
-/// Text helpers: splitting, joining and numbering of texts, escapes, byte-order marks, UTF-16 of
+/// Splitting, joining and numbering of texts, escapes, byte-order marks, UTF-16 of
 /// Latin characters, numbers as text, beginnings and ends of strings, strings as files.
 ///
 /// Texts are byte strings. But where a function says so, they keep no state and may run on several

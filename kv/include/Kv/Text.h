@@ -1,5 +1,5 @@
 /// @file
-/// Text helpers on byte strings, independent of the locale.
+/// Operations on texts as byte strings, independent of the locale.
 #pragma once
 
 #include <string>
