@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "shapefile/LargePages.h"
+
 namespace SatCommonUtils {
 namespace {
 
@@ -99,6 +101,7 @@ bool ReadPolygonRings(TKvStream& stream, int numParts, int numPoints,
     const auto stored = static_cast<unsigned long>(end - begin - 1);
     TShapeFileRing& ring = whole.emplace_back();
     ring.reserve(stored);
+    AskForLargePages(ring.data(), stored * sizeof(TShapeFilePoint));
     if (!reader.Take(stored, ring) || !reader.Skip(1)) return false;
     begin = end;
   }

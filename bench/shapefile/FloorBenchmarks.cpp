@@ -42,6 +42,7 @@ void BenchWrite(benchmark::State& state) {
   Load(RingFile("ready.shp", kPoints), bytes.get());
   const std::string path = TemporaryPath("floor.shp");
   for (auto unused : state) {
+    RemoveUntimed(path, &state);
     const TDescriptor file(path, O_WRONLY | O_CREAT | O_TRUNC);
     if (write(file.Number(), bytes.get(), kBytes) != static_cast<ssize_t>(kBytes)) {
       throw std::runtime_error("not written");

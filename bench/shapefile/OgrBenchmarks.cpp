@@ -22,7 +22,6 @@ OGRPolygon Polygon() {
 
 void Write(const std::string& path, const OGRPolygon& polygon) {
   GDALDriver* const driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
-  driver->QuietDelete(path.c_str());
   const GDALDatasetUniquePtr data(driver->Create(path.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
   OGRLayer* const layer = data->CreateLayer("ring", nullptr, wkbPolygon, nullptr);
   const std::unique_ptr<OGRFeature> feature(new OGRFeature(layer->GetLayerDefn()));
@@ -41,7 +40,10 @@ int ReadPoints(const std::string& path) {
 void BenchWrite(benchmark::State& state) {
   const OGRPolygon polygon = Polygon();
   const std::string path = TemporaryPath("ogr.shp");
-  for (auto unused : state) Write(path, polygon);
+  for (auto unused : state) {
+    RemoveUntimed(path, &state);
+    Write(path, polygon);
+  }
 }
 
 void BenchRead(benchmark::State& state) {

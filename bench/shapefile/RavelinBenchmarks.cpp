@@ -17,6 +17,7 @@ void BenchWrite(benchmark::State& state, int points) {
   data.Setup({Ring(points)});
   const std::string path = TemporaryPath("ours" + std::to_string(points) + ".shp");
   for (auto unused : state) {
+    RemoveUntimed(path, &state);
     if (!data.WriteToFile(path)) throw std::runtime_error("not written");
   }
 }

@@ -60,6 +60,14 @@ std::string TemporaryPath(const std::string& name) {
   return folder.Path() + "/" + name;
 }
 
+void RemoveUntimed(const std::string& path, benchmark::State* state) {
+  state->PauseTiming();
+  for (const char* ending : {".shp", ".shx", ".dbf"}) {
+    std::filesystem::remove(std::filesystem::path(path).replace_extension(ending));
+  }
+  state->ResumeTiming();
+}
+
 std::string RingFile(const std::string& name, int points) {
   SatCommonUtils::TShapeFilePolygonData data;
   std::string path = TemporaryPath(name);

@@ -31,7 +31,10 @@ void Write(const std::string& path, const SHPObject* object) {
 void BenchWrite(benchmark::State& state) {
   const TObject object = Object();
   const std::string path = TemporaryPath("shapelib.shp");
-  for (auto unused : state) Write(path, object.get());
+  for (auto unused : state) {
+    RemoveUntimed(path, &state);
+    Write(path, object.get());
+  }
 }
 
 void BenchRead(benchmark::State& state) {
