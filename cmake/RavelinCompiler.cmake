@@ -31,3 +31,10 @@ function(ravelin_settings target)
     target_link_options(${target} PRIVATE -fsanitize=${RAVELIN_SANITIZE})
   endif()
 endfunction()
+
+# A shared library of the project. Its calls into other libraries, its own exported functions
+# included, go straight through the table of addresses instead of through a stub each.
+function(ravelin_library_settings target)
+  ravelin_settings(${target})
+  target_compile_options(${target} PRIVATE -fno-plt)
+endfunction()

@@ -35,6 +35,16 @@ NumberText::NumberText(double value) {
   size_ = static_cast<std::size_t>(end - text_.data());
 }
 
+bool ParseNumber(const char* text, int* value) {
+  constexpr int kSafe = 9;  // any number of so many digits is an int
+  int number = 0;
+  int i = 0;
+  for (; i < kSafe && text[i] >= '0' && text[i] <= '9'; ++i) number = 10 * number + (text[i] - '0');
+  if (i == 0 || text[i] != '\0') return Parse(text, value);
+  *value = number;
+  return true;
+}
+
 bool ParseNumber(std::string_view text, int* value) {
   return Parse(text, value);
 }

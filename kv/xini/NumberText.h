@@ -23,5 +23,7 @@ class NumberText {
 /// is taken.
 bool ParseNumber(std::string_view text, int* value);
 bool ParseNumber(std::string_view text, double* value);
+/// The same for a text that ends with a NUL; quick where it has a few digits and nothing else.
+bool ParseNumber(const char* text, int* value);
 
 }  // namespace kv

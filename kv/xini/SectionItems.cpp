@@ -7,23 +7,10 @@
 
 namespace {
 
-constexpr unsigned long kNone = ~0UL;
-
 /// Whether the name of an element may be another than its tag.
 bool IsOddTag(const char* tag) {
   static_assert(kv::kOddTag.size() == 1);
   return tag[0] == kv::kOddTag[0] && tag[1] == '\0';
-}
-
-/// Whether two texts that end with a NUL are the same. Most names are short and differ in their
-/// first byte: a loop is quicker than a call.
-bool AreSame(const char* a, const char* b) {
-  while (*a == *b) {
-    if (*a == '\0') return true;
-    ++a;
-    ++b;
-  }
-  return false;
 }
 
 }  // namespace
@@ -66,14 +53,16 @@ bool SectionItems::ListTo(unsigned long i) const {
 // taken twice, and each shortly before its node is wanted. What has a name is an element:
 // declarations, processing instructions and document types are not kept.
 bool SectionItems::ListMore() const {
-  constexpr std::size_t kAtOnce = 8;
+  constexpr int kAtOnce = 8;
   const std::size_t before = items_.size();
-  while (!IsNull(next_) && items_.size() < before + kAtOnce) {
-    Item item(next_);
-    if (IsOddTag(item.name_)) item.nameKind_ = Item::kUnread;
-    if (item.name_[0] != '\0') items_.push_back(item);
-    next_ = next_.next_sibling();
+  pugi::xml_node next = next_;
+  for (int i = 0; i < kAtOnce && !IsNull(next); next = next.next_sibling()) {
+    const char* const name = next.name();
+    if (name[0] == '\0') continue;
+    items_.emplace_back(next, name, IsOddTag(name) ? Item::kUnread : Item::kPlain);
+    ++i;
   }
+  next_ = next;
   return items_.size() > before;
 }
 
@@ -97,19 +86,14 @@ std::string_view SectionItems::NameAt(unsigned long i) const {
   return {item.name_, item.nameKind_ == Item::kWithNul ? item.length_ : std::strlen(item.name_)};
 }
 
-unsigned long SectionItems::Find(const char* name, unsigned long start) const {
-  constexpr unsigned long kNear = 16;
-  unsigned long i = start;
-  while (Has(i)) {
-    const unsigned long listed = std::min<unsigned long>(items_.size(), start + kNear);
-    for (; i < listed; ++i) {
-      Item& item = items_[i];
-      if (item.nameKind_ == Item::kUnread) LookUpName(&item);
-      if (AreSame(item.name_, name) && item.nameKind_ == Item::kPlain) return i;
-    }
-    if (i == start + kNear) return Has(i) ? FindSorted(name, i) : kNone;
+unsigned long SectionItems::FindOn(const char* name, unsigned long start) const {
+  for (unsigned long i = start; i < start + kNear; ++i) {
+    if (!Has(i)) return kNone;
+    Item& item = items_[i];
+    if (item.nameKind_ == Item::kUnread) LookUpName(&item);
+    if (IsNamed(item, name)) return i;
   }
-  return kNone;
+  return Has(start + kNear) ? FindSorted(name, start + kNear) : kNone;
 }
 
 unsigned long SectionItems::FindElement(const std::string& name) const {

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr unsigned long kNone = ~0UL;
+constexpr unsigned long kNone = kv::SectionItems::kNone;
 
 std::string Quoted(std::string_view text) {
   constexpr std::size_t kLongest = 60;
