@@ -98,9 +98,11 @@ void ReadTreeXml(const std::string& xml, const std::string& section, const std::
   try {
     TKvXIniReader reader(StreamPointer(new TKvMemoryStream(xml)));
     EnterSection(&reader, section, file);
-    CheckTreeXml(&reader, file);
-    // Only memory can fail behind the check.
-    if (!tree->ReadFromXML(&reader, 0, nullptr)) throw std::bad_alloc();
+    const TreeExtent extent = CheckTreeXml(&reader, file);
+    // Only memory can fail behind the check, also for a part of the tree, which then is shorter.
+    if (!tree->ReadFromXML(&reader, 0, nullptr) || ExtentOf(*tree) != extent) {
+      throw std::bad_alloc();
+    }
   } catch (const TKvError& error) {
     throw HostError(file, error.what(), "give a file of XML-ini");
   }
