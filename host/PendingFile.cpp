@@ -82,9 +82,11 @@ void PendingFile::FindTarget() {
 
 void PendingFile::CreateTemporary() {
   const std::string folder = target_.substr(0, target_.rfind('/') + 1);
+  // Goes on from file to file, so that of many at once none tries the names of the others.
+  static unsigned long number = 0;
   for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
     const std::string name =
-        folder + ".ravelin-" + std::to_string(getpid()) + "-" + std::to_string(attempt) + ".tmp";
+        folder + ".ravelin-" + std::to_string(getpid()) + "-" + std::to_string(number++) + ".tmp";
     const InterruptBlock block;
     temporary_.Set(name);
     const int error = OpenTemporary();

@@ -69,6 +69,14 @@ std::string Inside(const std::string& folder, const std::string& name) {
   return folder.ends_with('/') ? folder + name : folder + "/" + name;
 }
 
+/// Makes the folder and that of the tiles in it, whose path it returns.
+std::string MakeFolders(const std::string& folder) {
+  MakeFolder(folder);
+  const std::string tiles = Inside(folder, kSampleTileFolder);
+  MakeFolder(tiles);
+  return tiles;
+}
+
 /// The text as one word of a shell's command line.
 std::string ShellWord(const std::string& text) {
   const auto isPlain = [](char c) {
@@ -121,10 +129,13 @@ std::string Summary(const std::string& folder) {
 }  // namespace
 
 void WriteSample(const std::string& folder) {
-  const std::string tileFolder = Inside(folder, kSampleTileFolder);
-  MakeFolder(folder);
-  MakeFolder(tileFolder);
-  const Scene scene = MakeScene();
+  // First what may fail, then what takes a while.
+  MakeFolders(folder);
+  WriteSample(MakeScene(), folder);
+}
+
+void WriteSample(const Scene& scene, const std::string& folder) {
+  const std::string tileFolder = MakeFolders(folder);
   ProductFiles files;
   const auto write = [&](const std::string& path, const Samples& samples, const SampleTile& tile) {
     const std::vector<unsigned char> bytes = TileBytes(samples, tile);

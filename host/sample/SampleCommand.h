@@ -4,6 +4,7 @@
 #include <string>
 
 #include "host/CommandEntry.h"
+#include "host/sample/Scene.h"
 
 namespace ravelin {
 
@@ -15,5 +16,7 @@ void AddSampleCommand(CommandEntry& program);
 /// with their index, the projection and, last, the label. Each file is replaced only when the new
 /// one is complete; other files stay. Throws HostError naming what cannot be written.
 void WriteSample(const std::string& folder);
+/// The same of a scene that is there.
+void WriteSample(const Scene& scene, const std::string& folder);
 
 }  // namespace ravelin

@@ -233,20 +233,6 @@ TEST_P(SystemFaults, AFileThatCannotBePutInPlaceTakesTheOthersBack) {
 INSTANTIATE_TEST_SUITE_P(Commands, SystemFaults, testing::ValuesIn(kJobs),
                          [](const auto& info) { return info.param.name; });
 
-/// The sample takes a second to make, so only some of its calls fail.
-TEST(SystemFaultsSample, LeavesNoFile) {
-  for (const std::string fault : {"write:60:28", "rename:30:5"}) {
-    const TempFolder folder;
-    const FaultyRun run = RunWithFault({"sample", "s"}, folder.Path(), fault);
-    EXPECT_TRUE(run.seen) << fault;
-    EXPECT_EQ(run.result.exitCode, 1) << fault;
-    EXPECT_THAT(run.result.err, testing::StartsWith("ravelin: s/")) << fault;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder.Path())) {
-      EXPECT_FALSE(entry.is_regular_file()) << fault << ": " << entry.path();
-    }
-  }
-}
-
 class FullStandardOutput : public testing::TestWithParam<Words> {};
 
 TEST_P(FullStandardOutput, IsTold) {
