@@ -9,6 +9,7 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "Kv/Raster.h"
@@ -141,6 +142,24 @@ Sample MeanOf(const std::vector<Sample>& row) {
   raster.GetRect(1, {0, 0, 1, 1},
                  {reinterpret_cast<unsigned char*>(&mean), static_cast<long>(sizeof(mean))});
   return mean;
+}
+
+TEST(MemoryDibData, IsReadByThreadsTogether) {
+  TKvMemoryDibData raster = Numbered(7, 5, 3);
+  raster.BuildLevels();
+  const std::vector<Bytes> expected = {LevelBytes(raster, 0), LevelBytes(raster, 1),
+                                       LevelBytes(raster, 2)};
+  std::vector<int> right(4);
+  std::vector<std::thread> threads;
+  for (int& count : right) {
+    threads.emplace_back([&raster, &expected, &count] {
+      for (unsigned long turn = 0; turn < 60; ++turn) {
+        count += LevelBytes(raster, turn % 3) == expected[turn % 3] ? 1 : 0;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(right, std::vector<int>(4, 60));
 }
 
 }  // namespace

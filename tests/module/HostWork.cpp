@@ -1,5 +1,6 @@
 #include "module/HostWork.h"
 
+#include <algorithm>
 #include <map>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "SatCommonUtils/Shapefile.h"
 #include "SatCommonUtils/Text.h"
 #include "SatCommonUtils/Tree.h"
+#include "kv/TemporaryFolder.h"
 
 namespace {
 
@@ -86,6 +88,66 @@ std::string ComposedPixels(int number) {
   return std::to_string(result) + pixels;
 }
 
+std::string StitchedPixels(int number) {
+  const std::string digit = std::to_string(number % 10);
+  TSuperTiledDibDataEnvelope raster;
+  raster.Setup({{0, 0, 1, 1, 0, 0, Band("a0a1a2a" + digit), "a"},
+                {2, 0, 3, 1, 0, 0, Band("b0b1b2b" + digit), "b"}},
+               nullptr);
+  std::string pixels(16, '-');
+  TKvDibDataOutBuffer out;
+  out.data = reinterpret_cast<unsigned char*>(pixels.data());
+  out.stride = 8;
+  const int result = raster.GetRect(out, {{{0, 0}}, {{4, 2}}, 1}, iqNearest, 0, nullptr);
+  return std::to_string(result) + pixels;
+}
+
+std::string CodedTexts(const std::string& number) {
+  std::string line;
+  Encode("tab\t" + number + "\n", &line);
+  std::string back;
+  Decode(line, &back);
+  std::vector<std::string> fields;
+  SplitStringQuot((number + ",\"a,b\",,c").c_str(), ",", &fields, true);
+  std::vector<double> numbers;
+  SplitStringIntoDoubles((number + ";2").c_str(), ";", &numbers, nullptr);
+  std::string text = line + back + ValueToString(numbers.at(0) + numbers.at(1)) +
+                     GenerateNextString("Band[" + number + "]") + LeftPadding(number, 5, ' ') +
+                     PseudoUTF16toUTF8(std::string("\0x", 2) + number, false) +
+                     KvAnsiToChar("\xFC" + number, kvEncodingAnsi);
+  for (const std::string& field : fields) text += "|" + field;
+  return text;
+}
+
+/// A label of the other dialect, and pixels of a file that may be mapped.
+std::string WorkOnFiles(const std::string& number) {
+  const kv_test::TemporaryFolder folder;
+  const bool written = WriteStringToFile(folder.Path("label.txt"),
+                                         "GROUP = G\nA = " + number + "\nEND_GROUP = G\n") &&
+                       WriteStringToFile(folder.Path("band.raw"), "p0p1p2p" + number.substr(0, 1));
+  auto* const xml = new TKvMemoryStream;
+  const StreamPointer out(xml);
+  const bool converted = NASA_PVLtoXML(
+      StreamPointer(new TKvFileStream(folder.Path("label.txt"), kvOpenRead, kvShareAll)), out);
+  TRawWordDibData band;
+  band.Setup(StreamPointer(new TKvFileStream(folder.Path("band.raw"), kvOpenRead, kvShareAll)), 2,
+             2, TRawWordDibData::boBigEndian);
+  std::string pixels(8, '-');
+  const int result = band.GetRect({reinterpret_cast<unsigned char*>(pixels.data()), 4},
+                                  {{{0, 0}}, {{2, 2}}, 1}, iqNearest, 0, nullptr);
+  TFilenamesList names;
+  FillFolderFilesList(folder.Path(), &names, nullptr);
+  std::vector<std::string> found;
+  names.FindAll("*.*", &found);
+  std::sort(found.begin(), found.end());
+  std::string text =
+      xml->Bytes() + std::to_string(result) + pixels + ReadStringFromFile(folder.Path("label.txt"));
+  for (const std::string& name : found) text += name;
+  std::string real;
+  if (FileExists(folder.Path(), "LABEL.*", &real)) text += real;
+  return text + (written && converted ? "" : "failed");
+}
+
 std::string FoundNamesAndMessages(const std::string& number) {
   TFilenamesList names;
   names.Insert("scene" + number + "_MTL.TXT");
@@ -103,5 +165,6 @@ std::string FoundNamesAndMessages(const std::string& number) {
 std::string HostWork(int number) {
   const std::string text = std::to_string(number);
   return ConvertedLabels(text) + TreeInBothForms(number) + TransformThereAndBack(number) +
-         ShapefileBytes(number) + ComposedPixels(number) + FoundNamesAndMessages(text);
+         ShapefileBytes(number) + ComposedPixels(number) + StitchedPixels(number) +
+         CodedTexts(text) + WorkOnFiles(text) + FoundNamesAndMessages(text);
 }

@@ -3,7 +3,7 @@
 
 #include <string>
 
-/// Converts labels, writes and reads trees, transforms and shapefiles, and composes a raster, all
-/// with objects of its own, and gives everything that came out as one text. The same number gives
-/// the same text.
+/// Converts labels and texts, writes and reads trees, transforms and shapefiles, composes and
+/// stitches rasters and works in a folder, all with objects of its own, and gives everything that
+/// came out as one text. The same number gives the same text.
 std::string HostWork(int number);
