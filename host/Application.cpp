@@ -1,6 +1,10 @@
 #include "host/Application.h"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
+#include <cstdlib>
+#include <exception>
 #include <iostream>
 #include <memory>
 #include <new>
@@ -77,11 +81,27 @@ int ReportNoMemory(const char* remedy) {
   return kExitFailed;
 }
 
+/// Where memory fails inside a function that must not throw, the program ends: the library of JSON
+/// has such functions. That end is a failure like others.
+[[noreturn]] void EndForWantOfMemory() {
+  try {
+    if (const std::exception_ptr failure = std::current_exception()) {
+      std::rethrow_exception(failure);
+    }
+  } catch (const std::bad_alloc&) {
+    RemoveTemporaryFiles();
+    _exit(ReportNoMemory(kMemoryRemedy));
+  } catch (...) {
+  }
+  std::abort();
+}
+
 /// Lets std::bad_alloc out, also that of a report.
 int RunAndReport(int argc, const char* const* argv) {
   try {
     const std::shared_ptr<CLI::App> app = DescribeCommandLine();
     InstallInterruptHandlers();
+    std::set_terminate(EndForWantOfMemory);
     try {
       const ModuleScope module;
       app->parse(argc, argv);

@@ -6,6 +6,7 @@
 
 #include "Kv/Text.h"
 #include "SatCommonUtils/Files.h"
+#include "host/FolderEntries.h"
 #include "host/HostError.h"
 
 namespace ravelin {
@@ -24,20 +25,13 @@ struct FolderContents {
   std::error_code error;  ///< why it could not be read to its end
 };
 
-bool IsWalked(const fs::directory_entry& entry, const std::string& name) {
-  std::error_code unknown;
-  return name[0] != '.' && entry.symlink_status(unknown).type() == fs::file_type::directory;
-}
-
 FolderContents ReadFolder(const std::string& folder) {
   FolderContents contents;
-  fs::directory_iterator entry(folder, contents.error);
-  for (; !contents.error && entry != fs::directory_iterator(); entry.increment(contents.error)) {
-    const std::string name = entry->path().filename().string();
-    if (!IsUtf8(name)) {
+  for (const FolderEntry& entry : ReadFolderEntries(folder, &contents.error)) {
+    if (!IsUtf8(entry.name)) {
       ++contents.namesNotUtf8;
-    } else if (IsWalked(*entry, name)) {
-      contents.subfolders.push_back(name);
+    } else if (entry.isFolder && entry.name[0] != '.') {
+      contents.subfolders.push_back(entry.name);
     }
   }
   std::sort(contents.subfolders.rbegin(), contents.subfolders.rend());
@@ -88,7 +82,7 @@ void CheckFolder(const std::string& folder) {
   if (!error && !fs::is_directory(status)) {
     throw HostError(folder, "is not a folder", "name the folder that it is in");
   }
-  if (!error) fs::directory_iterator(folder, error);
+  if (!error) error = FolderError(folder);
   if (error) throw HostError(folder, "cannot be read: " + error.message(), "check permissions");
 }
 

@@ -6,6 +6,8 @@
 
 #include "Kv/Text.h"
 #include "SatCommonUtils/Files.h"
+#include "host/FolderEntries.h"
+#include "host/FolderListing.h"
 #include "host/HostError.h"
 #include "host/InsideFolder.h"
 
@@ -30,10 +32,10 @@ std::optional<std::string> FindFolder(const std::string& parent, const std::stri
   if (fs::is_directory(parent + "/" + name, error)) return parent + "/" + name;
   const std::string wanted = tolower(name);
   std::optional<std::string> found;
-  for (const fs::directory_entry& entry : fs::directory_iterator(parent, error)) {
-    const std::string entryName = entry.path().filename().string();
-    const bool fits = tolower(entryName) == wanted && entry.is_directory(error);
-    if (fits && (!found || entry.path().string() < *found)) found = entry.path().string();
+  for (const FolderEntry& entry : ReadFolderEntries(parent, &error)) {
+    if (tolower(entry.name) != wanted) continue;
+    const std::string path = PathIn(parent, entry.name);
+    if (fs::is_directory(path, error) && (!found || path < *found)) found = path;
   }
   return found;
 }
@@ -70,7 +72,7 @@ ProductFolder::ProductFolder(const std::string& path)
   if (!fs::is_directory(canonical_, error)) {
     throw HostError(path, "is not a folder", "name the folder of a product");
   }
-  const fs::directory_iterator entries(canonical_, error);
+  error = FolderError(canonical_);
   if (error) throw HostError(path, "cannot be read: " + error.message(), "check its permissions");
   while (path_.size() > 1 && path_.back() == '/') path_.pop_back();
 }

@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <new>
+
 #include "Kv/Text.h"
 
 namespace ravelin {
@@ -12,7 +14,11 @@ SceneOutput::SceneOutput(const std::string& folder)
 
 SceneOutput::~SceneOutput() {
   files_.clear();
-  temporary_.DeleteAllFiles();
+  try {
+    temporary_.DeleteAllFiles();
+  } catch (const std::bad_alloc&) {
+    // The pending files have removed what they had made.
+  }
   if (descriptor_ >= 0) close(descriptor_);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <new>
+#include <utility>
 
 #include "SatCommonUtils/Tree.h"
 #include "host/HostError.h"
@@ -50,7 +51,7 @@ class SceneRun {
     report_.error = ErrorOf([this] { Work(); });
     if (!report_.error.empty()) LeaveLog();
     TakeWarnings();
-    return report_;
+    return std::move(report_);
   }
 
  private:
@@ -218,9 +219,14 @@ class SceneRun {
     TSatLog log = log_;
     LogInfo(&log, "done");
     output.AddBytes(kLogName, LogText(log));
-    const std::vector<SceneOutput::File> files = output.Files();
+    Finish(output);
+  }
+
+  /// Nothing fails any more once the files are in place.
+  void Finish(SceneOutput& output) {
+    std::vector<SceneOutput::File> files = output.Files();
     output.Commit();
-    report_.files = files;
+    report_.files = std::move(files);
   }
 
   /// The log of a scene that failed. That failing, too, is not told: the first error counts.
@@ -230,9 +236,7 @@ class SceneRun {
     ErrorOf([this] {
       SceneOutput output(job_.output);
       output.AddBytes(kLogName, LogText(log_));
-      const std::vector<SceneOutput::File> files = output.Files();
-      output.Commit();
-      report_.files = files;
+      Finish(output);
     });
   }
 
