@@ -8,7 +8,7 @@
 #include <string>
 
 #include "host/support/FaultyRun.h"
-#include "host/support/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 
