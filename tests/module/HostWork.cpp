@@ -12,7 +12,7 @@
 #include "SatCommonUtils/Shapefile.h"
 #include "SatCommonUtils/Text.h"
 #include "SatCommonUtils/Tree.h"
-#include "kv/TemporaryFolder.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -121,17 +121,17 @@ std::string CodedTexts(const std::string& number) {
 
 /// A label of the other dialect, and pixels of a file that may be mapped.
 std::string WorkOnFiles(const std::string& number) {
-  const kv_test::TemporaryFolder folder;
-  const bool written = WriteStringToFile(folder.Path("label.txt"),
-                                         "GROUP = G\nA = " + number + "\nEND_GROUP = G\n") &&
-                       WriteStringToFile(folder.Path("band.raw"), "p0p1p2p" + number.substr(0, 1));
+  const TempFolder folder;
+  const bool written =
+      WriteStringToFile(folder / "label.txt", "GROUP = G\nA = " + number + "\nEND_GROUP = G\n") &&
+      WriteStringToFile(folder / "band.raw", "p0p1p2p" + number.substr(0, 1));
   auto* const xml = new TKvMemoryStream;
   const StreamPointer out(xml);
   const bool converted = NASA_PVLtoXML(
-      StreamPointer(new TKvFileStream(folder.Path("label.txt"), kvOpenRead, kvShareAll)), out);
+      StreamPointer(new TKvFileStream(folder / "label.txt", kvOpenRead, kvShareAll)), out);
   TRawWordDibData band;
-  band.Setup(StreamPointer(new TKvFileStream(folder.Path("band.raw"), kvOpenRead, kvShareAll)), 2,
-             2, TRawWordDibData::boBigEndian);
+  band.Setup(StreamPointer(new TKvFileStream(folder / "band.raw", kvOpenRead, kvShareAll)), 2, 2,
+             TRawWordDibData::boBigEndian);
   std::string pixels(8, '-');
   const int result = band.GetRect({reinterpret_cast<unsigned char*>(pixels.data()), 4},
                                   {{{0, 0}}, {{2, 2}}, 1}, iqNearest, 0, nullptr);
@@ -141,7 +141,7 @@ std::string WorkOnFiles(const std::string& number) {
   names.FindAll("*.*", &found);
   std::sort(found.begin(), found.end());
   std::string text =
-      xml->Bytes() + std::to_string(result) + pixels + ReadStringFromFile(folder.Path("label.txt"));
+      xml->Bytes() + std::to_string(result) + pixels + ReadStringFromFile(folder / "label.txt");
   for (const std::string& name : found) text += name;
   std::string real;
   if (FileExists(folder.Path(), "LABEL.*", &real)) text += real;
