@@ -190,6 +190,52 @@ TEST(DerivedTreeTest, CopyingDoesNotFindASubtreeWhoseFactoryChangedItsKey) {
   EXPECT_EQ(Describe(destination), "D(0,0)0:{D(1,1)1:x{}}");
 }
 
+/// Keeps the tag of a subtree and gives it another index.
+class OneIndex : public TStringTree {
+ public:
+  using TStringTree::CreateSubtree;
+  using TStringTree::TStringTree;
+  Tree* CreateSubtree(int subtreeTag, int /*idx*/, std::string text) override {
+    return new OneIndex(subtreeTag, 1, this, text);
+  }
+};
+
+TEST(DerivedTreeTest, CopyingDoesNotFindASubtreeWhoseFactoryChangedItsIndex) {
+  TStringTree source(0, 0, nullptr, "");
+  source.InsertSubtree("x", 5, 5);
+  OneIndex destination(0, 0, nullptr, "");
+  EXPECT_FALSE(source.CopyTo(&destination));
+  EXPECT_EQ(Describe(destination), "D(0,0)0:{D(5,1)1:x{}}");
+}
+
+class CountingField : public TStringTreeField {
+ public:
+  using TStringTreeField::TStringTreeField;
+  bool StringToValue(const std::string& text, std::size_t i) override {
+    return TStringTreeField::StringToValue(text, i);
+  }
+};
+
+/// Gives every field as many values as it likes, whatever the text says.
+class TreeOfLongFields : public TStringTree {
+ public:
+  using TStringTree::CreateField;
+  using TStringTree::TStringTree;
+  Field* CreateField(const char* text, std::size_t* position) override {
+    TStringTreeField read(0, 0, nullptr, 0, "");
+    read.ReadFromString(text, position);
+    std::string values[1000];
+    return new CountingField(read.tag, read.idx, values, 1000, read.header);
+  }
+};
+
+TEST(DerivedTreeTest, TheValuesOfAFieldOfAnotherClassAreNotHeldAgainstTheText) {
+  TreeOfLongFields tree(0, 0, nullptr, "");
+  tree.ReadFromString("(0,0)r\n(1,0)[1]a\tx\n\n", nullptr, nullptr);
+  ASSERT_EQ(tree.fields.size(), 1u);
+  EXPECT_EQ(tree.fields[0]->count, 1000u);
+}
+
 class ThrowingTree : public TStringTree {
  public:
   using TStringTree::CreateSubtree;

@@ -188,6 +188,15 @@ TEST(TreeTextReaderTest, CountsThatTheTextCannotHoldTogetherThrow) {
   EXPECT_LT(tree.fields.size(), 5u);
 }
 
+TEST(TreeTextReaderTest, CountsAreHeldAgainstTheirOwnLinesHoweverFarBehindTheseAre) {
+  const std::string long1000(1000, 'h');
+  std::string text = "(0,0)" + long1000 + "\n";
+  for (int i = 0; i < 5; ++i) text += "(1,0)[900]a\tb\n";
+  text += "\t(2,0)" + long1000 + "\n\t\n\n";
+  TStringTree tree(0, 0, nullptr, "");
+  EXPECT_THROW(tree.ReadFromString(text.c_str(), nullptr, nullptr), std::length_error);
+}
+
 TEST(TreeTextReaderTest, AFewMissingValuesAreNoLie) {
   std::string text = "(0,0)\n";
   for (int i = 0; i < 1000; ++i) text += "(1,0)[5]a\tb\n";
