@@ -455,6 +455,19 @@ TEST_F(SeparateBandsTest, AResultWithoutTheTwoBitStopsWithNothingWritten) {
   }
 }
 
+TEST_F(SeparateBandsTest, AChannelWhoseBandWasTakenAwayGivesNothingWritten) {
+  MockBand* const first = Add(1);
+  Add(2);
+  ASSERT_TRUE(compositor.Setup(bands));
+  Output out(6, 32);
+  compositor.bands[2] = BandReference();
+  EXPECT_EQ(Get(out, Request(0, 0, 8, 6)), 2);
+  compositor.bands.erase(2);
+  EXPECT_EQ(Get(out, Request(0, 0, 8, 6)), 2);
+  EXPECT_TRUE(out.Untouched());
+  EXPECT_THAT(first->calls, IsEmpty());
+}
+
 TEST_F(SeparateBandsTest, TheLastBandFailingLeavesTheOutputUntouchedToo) {
   Add(1);
   Add(2)->result = 0;
