@@ -1,5 +1,5 @@
 // The text file that lists the tiles of a scene.
-#include "host/TileIndex.h"
+#include "host/raster/TileIndex.h"
 
 #include <set>
 #include <string_view>

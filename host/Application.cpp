@@ -15,8 +15,8 @@
 #include "host/CommandLine.h"
 #include "host/HostError.h"
 #include "host/Interrupt.h"
-#include "host/TextOutput.h"
 #include "host/UsageError.h"
+#include "host/io/TextOutput.h"
 
 namespace ravelin {
 namespace {

@@ -2,16 +2,16 @@
 
 #include "SatCommonUtils/Version.h"
 #include "host/CommandEntry.h"
-#include "host/ComposeCommand.h"
 #include "host/ExitCode.h"
-#include "host/FilesCommand.h"
-#include "host/InfoCommand.h"
-#include "host/ShapeCommand.h"
-#include "host/StitchCommand.h"
-#include "host/TreeCommand.h"
-#include "host/XmlCommand.h"
+#include "host/files/FilesCommand.h"
+#include "host/raster/ComposeCommand.h"
+#include "host/raster/InfoCommand.h"
+#include "host/raster/StitchCommand.h"
 #include "host/sample/SampleCommand.h"
 #include "host/scene/SceneCommand.h"
+#include "host/shapefile/ShapeCommand.h"
+#include "host/tree/TreeCommand.h"
+#include "host/xml/XmlCommand.h"
 
 namespace ravelin {
 

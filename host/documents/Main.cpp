@@ -5,11 +5,11 @@
 
 #include "SatCommonUtils/Version.h"
 #include "host/CommandLine.h"
-#include "host/TextOutput.h"
 #include "host/documents/BashCompletion.h"
 #include "host/documents/FishCompletion.h"
 #include "host/documents/ManPage.h"
 #include "host/documents/ZshCompletion.h"
+#include "host/io/TextOutput.h"
 
 namespace {
 

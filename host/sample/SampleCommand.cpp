@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "host/HostError.h"
-#include "host/MakeFolder.h"
-#include "host/PendingFile.h"
-#include "host/TextOutput.h"
 #include "host/documents/ShellText.h"
+#include "host/io/MakeFolder.h"
+#include "host/io/PendingFile.h"
+#include "host/io/TextOutput.h"
 #include "host/sample/SampleLabel.h"
 #include "host/sample/SampleLayout.h"
 #include "host/sample/Scene.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/BandArgument.h"
+#include "host/raster/BandArgument.h"
 
 namespace ravelin {
 

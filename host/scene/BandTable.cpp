@@ -6,9 +6,9 @@
 #include <set>
 
 #include "Kv/Text.h"
-#include "host/BandArgument.h"
 #include "host/HostError.h"
 #include "host/ParseNumber.h"
+#include "host/raster/BandArgument.h"
 #include "host/scene/Spacecraft.h"
 
 namespace ravelin {

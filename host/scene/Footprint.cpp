@@ -4,10 +4,10 @@
 
 #include "Kv/Text.h"
 #include "host/HostError.h"
-#include "host/ShapeCompanions.h"
-#include "host/ShapeOutline.h"
-#include "host/ShapeRing.h"
 #include "host/scene/SceneLog.h"
+#include "host/shapefile/ShapeCompanions.h"
+#include "host/shapefile/ShapeOutline.h"
+#include "host/shapefile/ShapeRing.h"
 
 namespace ravelin {
 namespace {

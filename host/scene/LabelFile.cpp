@@ -9,9 +9,9 @@
 #include "Kv/Text.h"
 #include "SatCommonUtils/Files.h"
 #include "host/HostError.h"
-#include "host/TextEncoding.h"
-#include "host/TextInput.h"
-#include "host/XmlConversion.h"
+#include "host/io/TextEncoding.h"
+#include "host/io/TextInput.h"
+#include "host/xml/XmlConversion.h"
 
 namespace ravelin {
 namespace {

@@ -3,7 +3,7 @@
 #include "Kv/Text.h"
 #include "host/HostError.h"
 #include "host/ParseNumber.h"
-#include "host/PixelArea.h"
+#include "host/raster/PixelArea.h"
 
 namespace ravelin {
 

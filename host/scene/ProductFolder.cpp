@@ -6,10 +6,10 @@
 
 #include "Kv/Text.h"
 #include "SatCommonUtils/Files.h"
-#include "host/FolderEntries.h"
-#include "host/FolderListing.h"
 #include "host/HostError.h"
-#include "host/InsideFolder.h"
+#include "host/files/FolderListing.h"
+#include "host/io/FolderEntries.h"
+#include "host/io/InsideFolder.h"
 
 namespace ravelin {
 namespace {

@@ -8,10 +8,10 @@
 #include "Kv/XmlItem.h"
 #include "SatCommonUtils/Files.h"
 #include "host/HostError.h"
-#include "host/InputFile.h"
-#include "host/TextEncoding.h"
-#include "host/XmlConversion.h"
+#include "host/io/InputFile.h"
+#include "host/io/TextEncoding.h"
 #include "host/scene/SceneLog.h"
+#include "host/xml/XmlConversion.h"
 
 namespace ravelin {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "Kv/VarA.h"
 #include "SatCommonUtils/Raster.h"
-#include "host/PixelArea.h"
+#include "host/raster/PixelArea.h"
 
 namespace ravelin {
 

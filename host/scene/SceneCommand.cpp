@@ -12,8 +12,8 @@
 
 #include "host/HostError.h"
 #include "host/ProgressBar.h"
-#include "host/TextOutput.h"
 #include "host/UsageError.h"
+#include "host/io/TextOutput.h"
 #include "host/scene/SceneRun.h"
 #include "host/scene/SceneSummary.h"
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "SatCommonUtils/Log.h"
-#include "host/TileIndex.h"
+#include "host/raster/TileIndex.h"
 #include "host/scene/SceneCorners.h"
 #include "host/scene/SceneOptions.h"
 

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "host/BandArgument.h"
-#include "host/PixelArea.h"
+#include "host/raster/BandArgument.h"
+#include "host/raster/PixelArea.h"
 #include "host/scene/LabelFile.h"
 #include "host/scene/SceneKeys.h"
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "SatCommonUtils/Files.h"
-#include "host/PendingFile.h"
+#include "host/io/PendingFile.h"
 
 namespace ravelin {
 

@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <map>
 
-#include "host/BandFile.h"
 #include "host/HostError.h"
-#include "host/TileSet.h"
+#include "host/raster/BandFile.h"
+#include "host/raster/TileSet.h"
 #include "host/scene/SceneLog.h"
 
 namespace ravelin {

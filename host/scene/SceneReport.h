@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "host/PixelArea.h"
-#include "host/TileIndex.h"
+#include "host/raster/PixelArea.h"
+#include "host/raster/TileIndex.h"
 #include "host/scene/SceneCorners.h"
 #include "host/scene/SceneOutput.h"
 #include "host/scene/SceneStatistics.h"

@@ -7,17 +7,17 @@
 
 #include "SatCommonUtils/Tree.h"
 #include "host/HostError.h"
-#include "host/InterleavedFile.h"
-#include "host/MakeFolder.h"
-#include "host/Picture.h"
 #include "host/ProgressBar.h"
-#include "host/TreeConversion.h"
+#include "host/io/MakeFolder.h"
+#include "host/raster/InterleavedFile.h"
+#include "host/raster/Picture.h"
 #include "host/scene/Footprint.h"
 #include "host/scene/Projection.h"
 #include "host/scene/ReducedRaster.h"
 #include "host/scene/SceneLog.h"
 #include "host/scene/SceneRaster.h"
 #include "host/scene/SceneTree.h"
+#include "host/tree/TreeConversion.h"
 
 namespace ravelin {
 namespace {

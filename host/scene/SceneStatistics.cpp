@@ -1,6 +1,6 @@
 #include "host/scene/SceneStatistics.h"
 
-#include "host/Picture.h"
+#include "host/raster/Picture.h"
 
 namespace ravelin {
 

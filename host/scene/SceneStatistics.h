@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "host/AreaReader.h"
-#include "host/Histogram.h"
+#include "host/raster/AreaReader.h"
+#include "host/raster/Histogram.h"
 
 namespace ravelin {
 

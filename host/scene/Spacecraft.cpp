@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "Kv/Text.h"
-#include "host/BandArgument.h"
+#include "host/raster/BandArgument.h"
 
 namespace ravelin {
 namespace {

@@ -74,7 +74,7 @@ TEST(Pages, TellOfEverySubcommand) {
 // Every text that a reason is put together of stands in the table, and the table has a row a
 // reason.
 TEST(TreePage, HasEveryReasonWhyATextIsNoTree) {
-  const std::string source = TextOf(kSources / "host/TreeTextCheck.cpp");
+  const std::string source = TextOf(kSources / "host/tree/TreeTextCheck.cpp");
   const std::string page = TextOf(kSources / "docs/tree.md");
   const std::size_t begin = page.find("| reason | meaning |\n|---|---|\n");
   ASSERT_NE(begin, std::string::npos);

@@ -8,7 +8,7 @@
 #include <sstream>
 #include <vector>
 
-#include "host/TileIndex.h"
+#include "host/raster/TileIndex.h"
 #include "host/sample/SampleLayout.h"
 #include "host/sample/SceneTerrain.h"
 

@@ -12,7 +12,7 @@
 
 #include "host/Application.h"
 #include "host/HostError.h"
-#include "host/TileIndex.h"
+#include "host/raster/TileIndex.h"
 #include "host/sample/SampleCommand.h"
 
 namespace ravelin {

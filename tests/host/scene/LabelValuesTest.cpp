@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/XmlConversion.h"
 #include "host/scene/support/Scopes.h"
 #include "host/support/ErrorOf.h"
+#include "host/xml/XmlConversion.h"
 
 namespace {
 

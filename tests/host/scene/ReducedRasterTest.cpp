@@ -6,7 +6,7 @@
 #include <random>
 #include <set>
 
-#include "host/AreaReader.h"
+#include "host/raster/AreaReader.h"
 #include "host/support/PixelRaster.h"
 
 namespace {

@@ -5,7 +5,7 @@
 
 #include "Kv/Stream.h"
 #include "Kv/XIni.h"
-#include "host/TreeConversion.h"
+#include "host/tree/TreeConversion.h"
 
 namespace {
 

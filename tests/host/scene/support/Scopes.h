@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "host/XmlConversion.h"
 #include "host/scene/SceneKeys.h"
+#include "host/xml/XmlConversion.h"
 
 /// A label in the dialect of NASA, converted, read back and sorted.
 class SortedLabel {
