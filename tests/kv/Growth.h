@@ -24,12 +24,15 @@ inline void KeepFreedMemory() {
   ::mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
 }
 
-/// How many times the processor time of `action` at `size` it takes at four times the size: near 4
-/// when it is linear, near 16 when it is quadratic. Both sizes take turns, and the best run of each
-/// counts. The action at `size` should take some tenths of a millisecond at least: what it does
-/// only once, and the machine's caches, hide the growth of shorter ones.
-inline double GrowthFromOneToFour(unsigned long size,
-                                  const std::function<void(unsigned long)>& action) {
+/// Whether the processor time of `action` at four times the size is well below nine times that at
+/// `size`: it is near four times when it grows linearly, near 16 when quadratically. Both sizes
+/// take turns, and the best run of each counts; caches and other programs disturb, so there are
+/// more turns where two do not show it. The action at `size` should take some tenths of a
+/// millisecond at least: what it does only once, and the machine's caches, hide the growth of
+/// shorter ones.
+inline bool IsLinear(unsigned long size, const std::function<void(unsigned long)>& action) {
+  constexpr int kTurns = 20;
+  constexpr double kMost = 9;
   const auto cost = [&](unsigned long count) {
     const double begin = ThreadSeconds();
     action(count);
@@ -38,19 +41,10 @@ inline double GrowthFromOneToFour(unsigned long size,
   KeepFreedMemory();
   double small = std::numeric_limits<double>::infinity();
   double large = small;
-  for (int i = 0; i < 5; ++i) {
+  for (int turn = 1; turn <= kTurns; ++turn) {
     small = std::min(small, cost(size));
     large = std::min(large, cost(4 * size));
-  }
-  return large / small;
-}
-
-/// Whether the cost grows well below quadratically. Caches and other programs disturb, so the
-/// growth may be measured several times.
-inline bool IsLinear(unsigned long size, const std::function<void(unsigned long)>& action) {
-  constexpr double kMost = 9;
-  for (int i = 0; i < 4; ++i) {
-    if (GrowthFromOneToFour(size, action) < kMost) return true;
+    if (turn > 1 && large < kMost * small) return true;
   }
   return false;
 }
