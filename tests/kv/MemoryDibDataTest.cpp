@@ -291,6 +291,15 @@ TEST(MemoryGetRect, WritesNothingWhereTheBufferCannotReach) {
   EXPECT_EQ(byte, kUntouched);
 }
 
+TEST(MemoryGetRect, TakesAnyStrideForOneRow) {
+  TKvMemoryDibData raster = Numbered(3, 2);
+  for (const long stride : {LONG_MAX, LONG_MIN, 0L}) {
+    Bytes out(3, kUntouched);
+    EXPECT_EQ(raster.GetRect(0, {0, 1, 3, 1}, {out.data(), stride}), kvDibWritten);
+    EXPECT_EQ(out, (Bytes{10, 11, 12}));
+  }
+}
+
 TEST(MemoryGetRect, TakesAHugeSizeThatStartsInside) {
   TKvMemoryDibData raster = Numbered(3, 2);
   Bytes out(2, kUntouched);

@@ -60,6 +60,14 @@ TEST(XmlCharacters, MakeNoNameOfNothing) {
   EXPECT_FALSE(IsXmlName(""));
 }
 
+TEST(XmlCharacters, MakeNamesOfEveryLengthWhateverStandsAround) {
+  const std::string text = "!!!!!!!!" + std::string(50, 'a') + "!!!!!!!!";
+  for (std::size_t length = 1; length <= 50; ++length) {
+    EXPECT_TRUE(IsXmlName(std::string_view(text).substr(8, length))) << length;
+    EXPECT_TRUE(IsXmlName(std::string_view(text).substr(58 - length, length))) << length;
+  }
+}
+
 TEST(XmlCharacters, MakeNoNameOfBytesThatAreNotUtf8) {
   EXPECT_FALSE(IsXmlName("a\xC3"));
   EXPECT_FALSE(IsXmlName("\xFF"));

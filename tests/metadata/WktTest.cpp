@@ -331,6 +331,14 @@ TEST(WktWorkerTest, NothingIsConvertedToAnotherEncoding) {
             Lines({"<N\xC4>", "\t<VALUE>\xFC</VALUE>", "</N\xC4>"}));
 }
 
+TEST(WktWorkerTest, WhiteSpaceBehindTheLengthIsNotPassedOver) {
+  const std::string text = "A[1    ";
+  unsigned long pos = 0;
+  std::string out;
+  EXPECT_TRUE(WktSectionToXml(text.data(), 3, &pos, 0, "", "", &out));
+  EXPECT_EQ(pos, 3u);
+}
+
 TEST(WktWorkerTest, NoByteBehindTheLengthIsRead) {
   const std::string whole = "A[\"b\",C[1,2]] ";
   for (unsigned long length = 0; length <= whole.size(); ++length) {

@@ -292,6 +292,17 @@ TEST(PolygonReadTest, AShortReadAnywhereGivesFalseAndNoRings) {
   }
 }
 
+TEST(PolygonReadTest, AShortReadOfTheLastPointOfALongRingGivesFalse) {
+  for (const unsigned long size : {8191UL, 8192UL, 8193UL, 16384UL}) {
+    const std::string bytes = FileOf({TShapeFileRing(size, {1, 2})}).Bytes();
+    TLimitedStream stream(bytes);
+    stream.most = bytes.size() - 1;
+    TShapeFilePolygonData data;
+    EXPECT_FALSE(data.Initialize(&stream)) << size;
+    EXPECT_TRUE(data.rings.empty()) << size;
+  }
+}
+
 TEST(PolygonReadTest, AShortReadBehindABadRingLeavesNoRings) {
   TModelFile file = FileOf({kSquare, kTriangle, kSquare});
   file.parts = {0, 5, 4};
