@@ -87,7 +87,8 @@ def make_report(jobs, results, machine, how):
     parts = [
         "# Report of the benchmarks\n\n",
         f"Made by `scripts/bench`. {how} [README.md](README.md) says what is measured, and against\n"
-        "what. Growth is what four times the work costs, divided by what the work costs.\n\n",
+        "what. Growth is what four times the work costs, divided by what the work costs, both in their\n"
+        "quickest repetition.\n\n",
         f"Targets: {verdicts.count(True)} met, {verdicts.count(False)} missed, "
         f"{verdicts.count(None)} not measured.\n\n",
         _HEAD,

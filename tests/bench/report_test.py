@@ -57,6 +57,12 @@ class ResultsTest(unittest.TestCase):
         self.assertAlmostEqual(_results(ours=2, quarter=0.5).growth("a/b"), 4)
         self.assertIsNone(_results(ours=2).growth("a/b"))
 
+    def test_growth_is_that_of_the_quickest_repetitions(self):
+        results = _results(ours=2, four=8)
+        results.add("a/b", "ours", 0.009)
+        results.add("a/b", "4x", 0.007)
+        self.assertAlmostEqual(results.growth("a/b"), 3.5)
+
 
 class ReportTest(unittest.TestCase):
     def test_targets_are_met_at_their_bounds(self):
