@@ -154,6 +154,21 @@ TEST(DataFieldTest, ValuesBeyondTheCountAreDropped) {
   EXPECT_EQ(rest, "rest");
 }
 
+TEST(DataFieldTest, ADerivedClassIsAskedForTheValuesOfTheCountOnly) {
+  struct Asked : Field {
+    using Field::Field;
+    bool StringToValue(const char* text, std::size_t length, std::size_t i) override {
+      asked += std::to_string(i) + "=" + std::string(text, length) + ";";
+      return true;
+    }
+    std::string asked;
+  };
+  Asked field(0, 0, nullptr, 0, "");
+  std::size_t position = 0;
+  field.ReadFromString("(3,4)[2]x\ta\tb\tc\td\n", &position);
+  EXPECT_EQ(field.asked, "0=a;1=b;");
+}
+
 TEST(DataFieldTest, TheHeaderOfAFieldWithoutValuesRunsOnToTheNextTab) {
   std::string rest;
   EXPECT_EQ(Read("(3,4)[0]x\n(5,6)[1]y\tz\nrest", &rest), "S(3,4)11:x\n(5,6)[1]y[]");
