@@ -4,6 +4,8 @@
 
 #include <random>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "text/Utf8.h"
 
@@ -60,11 +62,10 @@ TEST(XmlCharacters, MakeNoNameOfNothing) {
   EXPECT_FALSE(IsXmlName(""));
 }
 
-TEST(XmlCharacters, MakeNamesOfEveryLengthWhateverStandsAround) {
-  const std::string text = "!!!!!!!!" + std::string(50, 'a') + "!!!!!!!!";
+TEST(XmlCharacters, AreNotLookedForOutsideTheText) {
   for (std::size_t length = 1; length <= 50; ++length) {
-    EXPECT_TRUE(IsXmlName(std::string_view(text).substr(8, length))) << length;
-    EXPECT_TRUE(IsXmlName(std::string_view(text).substr(58 - length, length))) << length;
+    const std::vector<char> text(length, 'a');
+    EXPECT_TRUE(IsXmlName(std::string_view(text.data(), length))) << length;
   }
 }
 
