@@ -44,7 +44,7 @@ const CLI::App& AskedFor(const CLI::App& app) {
 int ReportWrongUse(const CLI::App& app, const std::string& message) {
   std::string path;
   for (const CLI::App* command = &AskedFor(app); command != &app; command = command->get_parent()) {
-    path = command->get_name() + " " + path;
+    path.insert(0, command->get_name() + " ");
   }
   return Report(message + "; see ravelin " + path + "--help", kExitWrongUse);
 }

@@ -211,8 +211,8 @@ std::string RoffText(const std::string& text) {
 
 std::string ManPage(const DocumentedCommand& program, const std::string& version) {
   std::string page = ".\\\" Made of the option table of the command.\n";
-  page +=
-      ".TH RAVELIN 1 \"\" \"" + RoffText(program.path + " " + version) + "\" \"User Commands\"\n";
+  page += R"(.TH RAVELIN 1 "" ")" + RoffText(program.path + " " + version) + R"(" "User Commands")";
+  page += "\n";
   page += ".nh\n.ad l\n";
   page += Section("NAME") + program.path + " \\- " + RoffText(Purpose(program.description)) + "\n";
   page += Section("SYNOPSIS") + Bold(program.path) + " " + Italic("COMMAND") + " [" +

@@ -2,7 +2,6 @@
 #include <cstring>
 #include <functional>
 #include <new>
-#include <stdexcept>
 #include <utility>
 
 #include "Kv/Stream.h"
@@ -14,14 +13,12 @@ bool IsInside(const std::string& bytes, const char* at) {
   return !before(at, bytes.data()) && before(at, bytes.data() + bytes.size());
 }
 
-// False, and nothing changed, when memory cannot hold that many.
+// To a size that a string may have. False, and nothing changed, when memory cannot hold that many.
 bool Grow(std::string& bytes, std::string::size_type size) {
   try {
     bytes.resize(size);
     return true;
   } catch (const std::bad_alloc&) {
-    return false;
-  } catch (const std::length_error&) {
     return false;
   }
 }

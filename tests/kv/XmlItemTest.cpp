@@ -59,6 +59,15 @@ TEST(XmlItem, FindsTheFirstChildOfATagAtAPositionOrBehindIt) {
   EXPECT_EQ(items.find_tag_f("a", kNone), kNone);
 }
 
+TEST(XmlItem, ChildrenThatAreCopiedShareTheElements) {
+  const Item root = TKvXmlItem::Parse("<r><a/><b/></r>");
+  TKvXmlTagItems copy;
+  copy = root->Element().items;
+  const TKvXmlTagItems second(copy);
+  ASSERT_EQ(second.size(), 2U);
+  EXPECT_EQ(&second[1]->Element(), &root->Element().items[1]->Element());
+}
+
 TEST(XmlItem, FindsNothingInAnElementWithoutChildren) {
   const Item root = TKvXmlItem::Parse("<r/>");
   EXPECT_EQ(root->Element().items.size(), 0U);

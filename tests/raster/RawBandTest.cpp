@@ -230,6 +230,16 @@ TEST_F(RawBandTest, AfterASecondSetupTheReadsHaveTwiceTheBytesAPixel) {
   EXPECT_EQ(band.readBufferSize, 4);
 }
 
+TEST_F(RawBandTest, ABlockBeforeTheFileOrBeyondAnyOffsetIsNotRead) {
+  SetUpBand(4, 3);
+  constexpr long kMost = std::numeric_limits<long>::max();
+  EXPECT_FALSE(Read(-1, 0, 2, 2));
+  EXPECT_FALSE(Read(0, -1, 2, 2));
+  EXPECT_FALSE(Read(0, kMost, 2, 2));
+  EXPECT_FALSE(Read(0, kMost / 4, 2, 2));
+  EXPECT_THAT(stream->reads, IsEmpty());
+}
+
 TEST_F(RawBandTest, AfterASecondSetupNoByteLeavesTheReadBufferNorTheOutput) {
   SetUpBand(4, 3, kBig);
   SetUpBand(4, 3, kBig);

@@ -503,6 +503,18 @@ TEST_F(SuperTiledTest, BytesBetweenTheRowsAreLeftAsTheyAre) {
   }
 }
 
+TEST_F(SuperTiledTest, ABufferThatNoMemoryHoldsIsLeftAlone) {
+  MockBand* band = Add(0, 0, 3, 3, 9);
+  ASSERT_TRUE(raster.Setup(tiles, nullptr));
+  for (const long stride : {1L << 60, -(1L << 60), std::numeric_limits<long>::max(),
+                            std::numeric_limits<long>::min()}) {
+    unsigned char byte = Output::kGuard;
+    EXPECT_EQ(raster.GetRect({&byte, stride}, Request(0, 0, 4, 4), iqNearest, 0, nullptr), 2);
+    EXPECT_EQ(byte, Output::kGuard);
+  }
+  EXPECT_THAT(band->calls, IsEmpty());
+}
+
 TEST_F(SuperTiledTest, ARequestOutsideTheRasterIsBlankedAndWritesNothing) {
   MockBand* band = Add(0, 0, 3, 3, 9);
   ASSERT_TRUE(raster.Setup(tiles, nullptr));

@@ -169,6 +169,18 @@ TEST(DataFieldTest, ADerivedClassIsAskedForTheValuesOfTheCountOnly) {
   EXPECT_EQ(field.asked, "0=a;1=b;");
 }
 
+TEST(DataFieldTest, ValuesTooLongForAnyTextThrow) {
+  struct Endless : Field {
+    using Field::Field;
+    std::size_t ValueToString(std::size_t, char*, std::size_t) const override {
+      return static_cast<std::size_t>(-1);
+    }
+  };
+  std::string values[] = {"a", "b"};
+  const Endless field(3, 4, values, 2, "x");
+  EXPECT_THROW(field.WriteToString(nullptr, 0, 0), std::length_error);
+}
+
 TEST(DataFieldTest, TheHeaderOfAFieldWithoutValuesRunsOnToTheNextTab) {
   std::string rest;
   EXPECT_EQ(Read("(3,4)[0]x\n(5,6)[1]y\tz\nrest", &rest), "S(3,4)11:x\n(5,6)[1]y[]");
