@@ -86,9 +86,9 @@ def make_report(jobs, results, machine, how):
     verdicts = [met for job in jobs for _, met in judgements(job, results)]
     parts = [
         "# Report of the benchmarks\n\n",
-        f"Made by `scripts/bench`. {how} [README.md](README.md) says what is measured, and against\n"
-        "what. Growth is what four times the work costs, divided by what the work costs, both in their\n"
-        "quickest repetition.\n\n",
+        f"Made by `scripts/bench`. {how} [bench/README.md](../bench/README.md) says what is\n"
+        "measured, and against what. Growth is what four times the work costs, divided by what the\n"
+        "work costs, both in their quickest repetition.\n\n",
         f"Targets: {verdicts.count(True)} met, {verdicts.count(False)} missed, "
         f"{verdicts.count(None)} not measured.\n\n",
         _HEAD,
