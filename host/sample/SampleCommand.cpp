@@ -72,7 +72,7 @@ std::string Inside(const std::string& folder, const std::string& name) {
 /// Makes the folder and that of the tiles in it, whose path it returns.
 std::string MakeFolders(const std::string& folder) {
   MakeFolder(folder);
-  const std::string tiles = Inside(folder, kSampleTileFolder);
+  std::string tiles = Inside(folder, kSampleTileFolder);
   MakeFolder(tiles);
   return tiles;
 }
