@@ -7,6 +7,7 @@
 
 #include "host/HostError.h"
 #include "host/support/ErrorOf.h"
+#include "host/support/PixelRaster.h"
 #include "host/support/Samples.h"
 
 namespace {
@@ -14,39 +15,33 @@ namespace {
 using ravelin::AreaReader;
 using ravelin::HostError;
 
-// A raster whose sample of channel c at x from the left and y from the top is a known number, and
-// that keeps the requests that it gets.
-class Numbered : public SatCommonUtils::TBasePushbroomDibData {
+/// The sample of channel c at x from the left and y from the top.
+std::uint16_t Sample(long x, long y, long c) {
+  return static_cast<std::uint16_t>(x * 7 + y * 131 + c * 10007);
+}
+
+Samples SamplesOf(long w, long h, long bands) {
+  Samples all;
+  for (long i = 0; i < w * h * bands; ++i) {
+    all.push_back(Sample(i / bands % w, i / bands / w, i % bands));
+  }
+  return all;
+}
+
+// A raster of these samples that keeps the requests that it gets.
+class Numbered : public PixelRaster {
  public:
-  Numbered(long w, long h, long bands) {
-    width = w;
-    height = h;
-    bandsCount = bands;
-    channels.sampleSize = 2;
-    channels.kinds.assign(static_cast<std::size_t>(bands), 32);
-    FillDefaultLevelBounds({static_cast<unsigned long>(w), static_cast<unsigned long>(h)}, 1);
-  }
+  Numbered(long w, long h, long bands) : PixelRaster(w, h, bands, SamplesOf(w, h, bands)) {}
 
-  static std::uint16_t Sample(long x, long y, long c) {
-    return static_cast<std::uint16_t>(x * 7 + y * 131 + c * 10007);
-  }
-
-  using TBasePushbroomDibData::GetRect;
-  int GetRect(const TKvDibDataOutBuffer& out, const TKvDibRect& rect, const TInterpolationQuality&,
-              int, TKvProgressHandler*) override {
+  using PixelRaster::GetRect;
+  int GetRect(const TKvDibDataOutBuffer& out, const TKvDibRect& rect,
+              const TInterpolationQuality& quality, int param,
+              TKvProgressHandler* progress) override {
     if (fail) return kvDibNothing;
     TKvDibRectI area = {};
     Rect2RectI(rect, iqNearest, 0, &area, false);
     requests.push_back(area);
-    for (long row = 0; row < area.h; ++row) {
-      auto* sample = reinterpret_cast<std::uint16_t*>(out.data + row * out.stride);
-      for (long x = 0; x < area.w; ++x) {
-        for (long c = 0; c < bandsCount; ++c) {
-          *sample++ = Sample(area.x + x, height - 1 - (area.y + row), c);
-        }
-      }
-    }
-    return kvDibWritten;
+    return PixelRaster::GetRect(out, rect, quality, param, progress);
   }
   void PurgeCache() override { ++purges; }
 
@@ -69,7 +64,7 @@ Samples Expected(const ravelin::PixelArea& area, long bands) {
   Samples samples;
   for (long y = area.y; y < area.y + area.height; ++y) {
     for (long x = area.x; x < area.x + area.width; ++x) {
-      for (long c = 0; c < bands; ++c) samples.push_back(Numbered::Sample(x, y, c));
+      for (long c = 0; c < bands; ++c) samples.push_back(Sample(x, y, c));
     }
   }
   return samples;

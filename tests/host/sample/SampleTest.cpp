@@ -14,34 +14,12 @@
 #include "host/HostError.h"
 #include "host/raster/TileIndex.h"
 #include "host/sample/SampleCommand.h"
+#include "support/TempFolder.h"
 
 namespace ravelin {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// A folder of the test's own, gone with the object.
-class TestFolder {
- public:
-  TestFolder() {
-    std::string name = (fs::temp_directory_path() / "ravelin sample XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for the test");
-    path_ = name;
-  }
-  TestFolder(const TestFolder&) = delete;
-  TestFolder& operator=(const TestFolder&) = delete;
-  ~TestFolder() {
-    std::error_code ignored;
-    fs::permissions(path_, fs::perms::owner_all, ignored);
-    fs::remove_all(path_, ignored);
-  }
-
-  std::string operator/(const std::string& name) const { return (path_ / name).string(); }
-  const fs::path& Path() const { return path_; }
-
- private:
-  fs::path path_;
-};
 
 std::string Bytes(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
@@ -120,7 +98,7 @@ const std::map<std::string, unsigned long>& KnownSums() {
 
 /// The folder of the sample, which takes a second to make: tests that only read share it.
 const std::string& Written() {
-  static const TestFolder folder;
+  static const TempFolder folder;
   static const std::string out = [] {
     WriteSample(folder / "out");
     return folder / "out";
@@ -137,7 +115,7 @@ TEST(Sample, EveryFileHoldsTheKnownBytes) {
 }
 
 TEST(Sample, ASecondRunReplacesWhatWasChangedAndKeepsOtherFiles) {
-  const TestFolder folder;
+  const TempFolder folder;
   fs::copy(Written(), folder / "out", fs::copy_options::recursive);
   const std::string band = Bytes(folder / "out/nir.raw");
   std::ofstream(folder / "out/nir.raw") << "changed";
@@ -183,7 +161,7 @@ TEST(Sample, TheLabelNamesEveryFile) {
 }
 
 TEST(Sample, ThePrintedCommandsWorkAndShowTheSamePicture) {
-  const TestFolder folder;
+  const TempFolder folder;
   testing::internal::CaptureStdout();
   const int status = RunWords({"ravelin", "sample", folder / "it's here"});
   const std::string printed = testing::internal::GetCapturedStdout();
@@ -203,27 +181,27 @@ std::string Refusal(const std::string& place) {
 }
 
 TEST(Sample, AFileInPlaceOfTheFolderIsNamed) {
-  const TestFolder folder;
+  const TempFolder folder;
   std::ofstream(folder / "file") << "mine";
   EXPECT_EQ(Refusal(folder / "file").find("ravelin: " + (folder / "file") + ": "), 0u);
   EXPECT_EQ(Bytes(folder / "file"), "mine");
 }
 
 TEST(Sample, AFileOnTheWayToTheFolderIsAnError) {
-  const TestFolder folder;
+  const TempFolder folder;
   std::ofstream(folder / "file") << "mine";
   EXPECT_EQ(Refusal(folder / "file/below").find("ravelin: " + (folder / "file/below") + ": "), 0u);
 }
 
 TEST(Sample, AFolderThatMayNotBeWrittenIsNamed) {
   if (geteuid() == 0) GTEST_SKIP() << "root may write everywhere";
-  const TestFolder folder;
+  const TempFolder folder;
   fs::permissions(folder.Path(), fs::perms::owner_read | fs::perms::owner_exec);
   EXPECT_EQ(Refusal(folder / "out").find("ravelin: " + (folder / "out") + ": "), 0u);
 }
 
 TEST(Sample, AFolderInPlaceOfABandIsNamedAndNoHalfFileStays) {
-  const TestFolder folder;
+  const TempFolder folder;
   fs::create_directories(folder / "out/blue.raw");
   EXPECT_EQ(Refusal(folder / "out").find("ravelin: " + (folder / "out/blue.raw") + ": "), 0u);
   EXPECT_TRUE(FilesIn(folder / "out").empty());
