@@ -24,13 +24,13 @@ void StreamBytes::ReadAll(TKvStream& stream) {
   // One byte more than the size, so that a stream that states it rightly is read in one piece.
   std::size_t capacity = std::clamp<std::size_t>(stream.getSize(), kLeast, kMost - 1) + 1;
   std::size_t size = 0;
+  Grow(capacity);
   for (;;) {
-    Grow(capacity);
     const std::size_t wanted = capacity - size;
     const std::size_t got = std::min<std::size_t>(stream.Read(bytes_.get() + size, wanted), wanted);
     if (got == 0) break;
     size += got;
-    if (size == capacity) capacity *= 2;
+    if (size == capacity) Grow(capacity *= 2);
   }
   view_ = {bytes_.get(), size};
 }
