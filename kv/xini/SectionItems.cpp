@@ -57,6 +57,8 @@ bool SectionItems::ListMore() const {
   constexpr int kAtOnce = 8;
   constexpr int kAhead = 2048;
   const std::size_t before = items_.size();
+  // Room for all at first: none of them is listed when there is no memory for it.
+  if (items_.capacity() < before + kAtOnce) items_.reserve(2 * before + kAtOnce);
   pugi::xml_node next = next_;
   for (int i = 0; i < kAtOnce && !IsNull(next); next = next.next_sibling()) {
     __builtin_prefetch(std::bit_cast<const char*>(next) + kAhead);

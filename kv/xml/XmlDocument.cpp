@@ -1,6 +1,7 @@
 #include "xml/XmlDocument.h"
 
 #include <algorithm>
+#include <new>
 
 #include "Kv/Stream.h"
 #include "xml/StreamBytes.h"
@@ -73,6 +74,7 @@ void XmlDocument::Parse(WhiteSpace whiteSpace, const XmlSurvey& survey) {
   const unsigned spaces = keepAll ? pugi::parse_ws_pcdata : pugi::parse_ws_pcdata_single;
   const pugi::xml_parse_result result =
       document_.load_buffer(text_.data(), text_.size(), kFlags | spaces, pugi::encoding_utf8);
+  if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
   if (!result) FailAt(static_cast<std::size_t>(result.offset), result.description());
 }
 

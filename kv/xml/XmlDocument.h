@@ -22,8 +22,8 @@ enum class WhiteSpace {
 ///
 /// Refused with TKvError, line and column: what the parser refuses, characters that XML does not
 /// allow, document types, references beyond the predefined ones, and anything but one element and
-/// white space at the top. Namespaces, attributes given twice and "--" in comments are not looked
-/// at. Neither parsing nor destruction recurses.
+/// white space at the top. Where memory is short, std::bad_alloc leaves. Namespaces, attributes
+/// given twice and "--" in comments are not looked at. Neither parsing nor destruction recurses.
 class XmlDocument {
  public:
   /// Looks at each element once the document is parsed; may throw TKvError by way of Fail.
