@@ -1,6 +1,8 @@
+#include <cstddef>
 #include <cstdio>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <utility>
 
 #include "Kv/Services.h"
@@ -13,9 +15,10 @@ struct Output {
   bool inSink = false;
 };
 
-// Never destroyed: lines may still come while the process ends.
+// Never destroyed: lines may still come while the process ends. The first needs no memory for it.
 Output& TheOutput() {
-  static auto* const output = new Output;
+  alignas(Output) static std::byte place[sizeof(Output)];
+  static auto* const output = new (place) Output;
   return *output;
 }
 

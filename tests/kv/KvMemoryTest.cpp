@@ -1,6 +1,7 @@
 // The framework while allocations fail.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -39,12 +40,36 @@ TEST(KvMemoryTest, FilesAreOpenedAndDeleted) {
   const TKvPath path(name);
   GivesEverywhere(
       "Open", [&] { return TKvFileStream().Open(path, kvOpenRead, kvShareAll); }, false);
-  TKvFileStream file(path, kvOpenRead, kvShareAll);
-  const std::string other = folder / "other";
-  std::string bytes(10, '.');
-  const ravelin_test::FailingNew failing(0);
-  EXPECT_EQ(file.Read(bytes.data(), bytes.size()), 10u);
-  EXPECT_EQ(bytes, "some bytes");
+  bool deleted = false;
+  const auto failed = [&] { EXPECT_EQ(folder.Read(kLong), "some bytes"); };
+  EXPECT_GT(ravelin_test::FailuresOf([&] { deleted = KvDeleteFile(path); }, failed), 0u);
+  EXPECT_TRUE(deleted);
+}
+
+TEST(KvMemoryTest, OpenStreamsNeedNoMemory) {
+  const TempFolder folder;
+  TKvFileStream out(TKvPath(folder / "a"), kvOpenWrite, kvShareAll);
+  TKvMemoryStream memory("some\nbytes");
+  char line[20];
+  std::string read(5, '.');
+  for (const bool mapped : {false, true}) {
+    if (mapped) Init_KvServices();
+    TKvFileStream in(TKvPath(folder.Write("b", "some\nbytes")), kvOpenRead, kvShareAll);
+    const ravelin_test::FailingNew failing(0);
+    for (TKvStream* const stream :
+         {static_cast<TKvStream*>(&in), static_cast<TKvStream*>(&memory)}) {
+      EXPECT_TRUE(stream->SetPos(0));
+      EXPECT_EQ(stream->ReadLine(line, sizeof line), 5u);
+      EXPECT_EQ(stream->Read(read.data(), read.size()), 5u);
+      EXPECT_EQ(line + read, "somebytes");
+      EXPECT_EQ(stream->GetPos(), stream->getSize());
+      EXPECT_TRUE(stream->Eof());
+      stream->Purge();
+    }
+    EXPECT_EQ(out.Write("bytes", 5), 5u);
+  }
+  Deinit_KvServices();
+  EXPECT_EQ(folder.Read("a"), "bytesbytes");
 }
 
 TEST(KvMemoryTest, AMissingFileIsNamedOrThereIsNoMemory) {
@@ -116,6 +141,35 @@ TEST(KvMemoryTest, ASinkThatCannotBeInstalledLeavesTheFormerOne) {
     EXPECT_EQ(next, installed ? 1u : 0u);
   }
   KvSetDebugSink({});
+}
+
+TEST(KvMemoryTest, ALineThatThereIsNoMemoryForIsLostAndThrowsNothing) {
+  for (unsigned long successes = 0;; ++successes) {
+    testing::internal::CaptureStderr();
+    const auto printed = ravelin_test::RunFailing(
+        [] {
+          KvPrintDbgMsg(kLong);
+          return true;
+        },
+        successes, 1);
+    const bool failed = ravelin_test::AllocationFailed();
+    EXPECT_TRUE(printed.has_value());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), failed ? "" : kLong + "\n");
+    if (failed) continue;
+    EXPECT_GT(successes, 0u);
+    break;
+  }
+}
+
+TEST(KvMemoryDeathTest, TheFirstLineOfAProgramNeedsNoMemory) {
+  // So that it is the first: in a process that is started for it.
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto print = [] {
+    const ravelin_test::FailingNew failing(0);
+    KvPrintDbgMsg("first");
+    std::_Exit(0);
+  };
+  EXPECT_EXIT(print(), testing::ExitedWithCode(0), "first\n");
 }
 
 }  // namespace
