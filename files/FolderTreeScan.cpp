@@ -80,7 +80,8 @@ class FolderTreeScan {
  public:
   FolderTreeScan(Tree* tree, bool upperCaseKeys) : tree_(tree), upperCaseKeys_(upperCaseKeys) {}
 
-  unsigned long Scan(const std::string& folder, TKvProgressHandler* progress) {
+  /// Visits what lies below the top folder, and writes the folders among it.
+  void Walk(const std::string& folder, TKvProgressHandler* progress) {
     Enter(KvStrToQt(folder), false, progress);
     while (levels_.size() > 1 || !levels_.front().IsDone()) {
       if (levels_.back().IsDone()) {
@@ -89,6 +90,10 @@ class FolderTreeScan {
         VisitNext(levels_.back());
       }
     }
+  }
+
+  /// Writes the top folder and gives the count.
+  unsigned long Finish(const std::string& folder) {
     Write(folder, std::move(levels_.front().names));
     return levels_.front().count;
   }
@@ -154,9 +159,10 @@ unsigned long FillFolderAndSubfoldersFilesList(std::string folder, Tree* tree, b
                                                TKvProgressHandler* progress) {
   TKvProgress scope(progress, false);
   scope.StartIndefinite();
-  const unsigned long count = FolderTreeScan(tree, upperCaseKeys).Scan(folder, progress);
+  FolderTreeScan scan(tree, upperCaseKeys);
+  scan.Walk(folder, progress);
   scope.Stop();
-  return count;
+  return scan.Finish(folder);
 }
 
 }  // namespace SatCommonUtils

@@ -376,6 +376,18 @@ TEST_F(FolderTreeScanTest, TheHandlerIsNotAskedBehindLinks) {
   EXPECT_EQ(progress.calls, "Iqq.");
 }
 
+TEST_F(FolderTreeScanTest, TheTopFolderIsWrittenWhenTheHandlerHasStopped) {
+  File("top/1");
+  File("top/a/2");
+  Tree tree;
+  NamesByFolder atStop;
+  ProgressLog progress(0);
+  progress.onStop = [&] { atStop = Walk(tree); };
+  FillFolderAndSubfoldersFilesList(top, &tree, false, &progress);
+  EXPECT_THAT(atStop, ElementsAre(Pair(top + "/a", ElementsAre("2"))));
+  EXPECT_THAT(tree, SizeIs(2));
+}
+
 TEST_F(FolderTreeScanTest, WhatTheHandlerThrowsPassesAndTheScopeIsStopped) {
   File("top/a/1");
   Tree tree;

@@ -25,11 +25,15 @@ class ProgressLog : public TKvProgressHandler {
   }
   void Start(bool indefinite) override { calls += indefinite ? 'I' : 'D'; }
   void Step(unsigned long) override { calls += '+'; }
-  void Stop() override { calls += '.'; }
+  void Stop() override {
+    calls += '.';
+    if (onStop) onStop();
+  }
 
   std::string calls;  ///< a letter a call
   unsigned long questions = 0;
   std::function<void()> onService;
+  std::function<void()> onStop;
 
  private:
   unsigned long period_;
