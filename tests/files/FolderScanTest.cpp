@@ -5,6 +5,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <QtCore/QDirIterator>
 #include <algorithm>
 #include <clocale>
 #include <filesystem>
@@ -63,6 +64,18 @@ TEST(FolderScanTest, NamesAreAppendedToThoseOfTheListAndAllAreCounted) {
   const Names names = Walk(list);
   EXPECT_THAT(Names(names.begin(), names.begin() + 3), ElementsAre("1", "2", "3"));
   EXPECT_THAT(Names(names.begin() + 3, names.end()), UnorderedElementsAre("a.txt", "b.txt"));
+}
+
+TEST(FolderScanTest, NamesStandInTheOrderOfTheFileSystem) {
+  const TempFolder folder;
+  for (int i = 0; i < 20; ++i) folder.Write(std::to_string(i * 7 % 20), "");
+  Names order;
+  QDirIterator files(QString::fromStdString(folder.Path()), QDir::Files);
+  while (files.hasNext()) {
+    files.next();
+    order.push_back(files.fileName().toStdString());
+  }
+  EXPECT_EQ(FilesOf(folder.Path()), order);
 }
 
 TEST(FolderScanTest, TheCursorOfTheListStays) {

@@ -163,6 +163,17 @@ TEST_F(TemporaryFilesListTest, DeletingAllDeletesThePathsInLowerCaseAndMissesTho
   EXPECT_THAT(list.files, IsEmpty());
 }
 
+TEST_F(TemporaryFilesListTest, AllFilesAreDeletedInTheOrderOfTheList) {
+  std::filesystem::create_directory("target");
+  std::filesystem::create_symlink("target", "link");
+  MakeFiles({"target/file"});
+  list.InsertFile("link/file");
+  list.InsertFile("link");
+  list.DeleteAllFiles();
+  EXPECT_THAT(FilesThere(), ElementsAre("target"));
+  EXPECT_TRUE(folder.Has("target/file"));  // no link led there any more
+}
+
 TEST_F(TemporaryFilesListTest, TheListIsEmptyThenEvenIfFilesCouldNotBeDeleted) {
   MakeFiles({"z"});
   std::filesystem::create_directory("folder");
