@@ -222,6 +222,26 @@ TEST(PolygonReadTest, AnIndexBehindTheLastPointLeavesNothingForItsRing) {
                                     kTriangle[0], kTriangle[1], kTriangle[2]}});
 }
 
+TEST(PolygonReadTest, AFailureBehindTheHeaderLeavesTheHeader) {
+  TModelFile file = FileOf({kSquare});
+  file.lengthInWords = 117;
+  const TShapeFilePolygonData wrongLength = Read(file.Bytes()).data;
+  EXPECT_EQ(wrongLength.info.fileLength, 234u);
+  EXPECT_EQ(wrongLength.info.xMax, 10);
+  EXPECT_FALSE(wrongLength);
+  const TRead badRing = Read(TwoRings({0, 6}).Bytes());
+  EXPECT_FALSE(badRing.good);
+  EXPECT_TRUE(badRing.data);  // a header and a ring
+}
+
+TEST(PolygonReadTest, ARefusedHeaderLeavesAnEmptyOneOfTypePolygon) {
+  TModelFile file = FileOf({kSquare});
+  file.type = 25;
+  const TShapeFilePolygonData data = Read(file.Bytes()).data;
+  EXPECT_EQ(data.info.shapeType, 5);
+  EXPECT_EQ(data.info.fileLength, 0u);
+}
+
 TEST(PolygonReadTest, ThreePointsAndAClosingPointAreARing) {
   ExpectRings(FileOf({kTriangle}), {kTriangle});
 }

@@ -52,8 +52,10 @@ class TRecordingData : public TShapeFileData {
     ++resets;
     TShapeFileData::Reset();
   }
+  operator bool() const override { return hasContent && TShapeFileData::operator bool(); }
 
   bool result = true;
+  bool hasContent = true;
   bool throws = false;
   int initialized = 0;
   int resets = 0;
@@ -173,6 +175,14 @@ TEST(ShapeFileDataTest, InitializeFromFileResetsWhenASubclassFails) {
   EXPECT_EQ(data.resets, 3);
 }
 
+TEST(ShapeFileDataTest, InitializeFromFileGivesTheValidityThatASubclassTells) {
+  const TempFolder folder;
+  TRecordingData data;
+  data.hasContent = false;
+  EXPECT_FALSE(data.InitializeFromFile(folder.Write("a.shp", FileOfType(5))));
+  EXPECT_TRUE(data.info);
+}
+
 TEST(ShapeFileDataTest, InitializeFromFileCatchesWhatASubclassThrows) {
   const TempFolder folder;
   TRecordingData data;
@@ -185,6 +195,15 @@ TEST(ShapeFileDataTest, WriteToFileOfAnInvalidOneLeavesTheFileAlone) {
   const TempFolder folder;
   const std::string path = folder.Write("a.shp", "as it was");
   EXPECT_FALSE(TRecordingData().WriteToFile(path));
+  EXPECT_EQ(folder.Read("a.shp"), "as it was");
+}
+
+TEST(ShapeFileDataTest, WriteToFileOfASubclassWithoutContentLeavesTheFileAlone) {
+  const TempFolder folder;
+  TRecordingData data;
+  ASSERT_TRUE(data.InitializeFromFile(folder.Write("in", FileOfType(5))));
+  data.hasContent = false;
+  EXPECT_FALSE(data.WriteToFile(folder.Write("a.shp", "as it was")));
   EXPECT_EQ(folder.Read("a.shp"), "as it was");
 }
 

@@ -161,8 +161,23 @@ TEST(ShapeFileHeaderInfoTest, IsInvalidWithAnInvertedBox) {
   info = Header(OfType(5));
   info.yMax = 0;
   EXPECT_FALSE(info);
-  info.yMax = std::nan("");
-  EXPECT_FALSE(info);
+}
+
+TEST(ShapeFileHeaderInfoTest, IsInvalidWithANaN) {
+  const auto isValid = [](int type, double TShapeFileHeaderInfo::*bound) {
+    TShapeFileHeaderInfo info(Header(OfType(15)));
+    info.shapeType = static_cast<TShapeFileType>(type);
+    info.*bound = std::nan("");
+    return bool(info);
+  };
+  using Info = TShapeFileHeaderInfo;
+  for (const auto edge : {&Info::xMin, &Info::xMax, &Info::yMin, &Info::yMax}) {
+    EXPECT_FALSE(isValid(5, edge));
+  }
+  EXPECT_FALSE(isValid(15, &Info::zMin));
+  EXPECT_FALSE(isValid(15, &Info::zMax));
+  EXPECT_FALSE(isValid(25, &Info::mMin));
+  EXPECT_FALSE(isValid(25, &Info::mMax));
 }
 
 TEST(ShapeFileHeaderInfoTest, HeightsCountForZTypesOnly) {

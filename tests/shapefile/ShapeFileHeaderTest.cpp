@@ -148,16 +148,18 @@ TEST(ShapeFileHeaderTest, PrintsEveryFieldOnALine) {
   header.yMin = 0;
   header.xMax = 1e10;
   header.yMax = 1234567;
+  header.zMin = -3;
+  header.mMax = 8.25;
   TDebugLines sink;
   header.DebugOutput("title");
-  EXPECT_THAT(sink.lines,
-              testing::ElementsAre(
-                  "----- title -----", "FileCode 9994", "Unused1 1", "Unused2 2", "Unused3 3",
-                  "Unused4 4", "Unused5 5", "FileLength 236", "Version 1000", "ShapeType 5",
-                  "BoundingBox: Xmin -1.5", "BoundingBox: Ymin 0", "BoundingBox: Xmax 1e+10",
-                  "BoundingBox: Ymax 1.23457e+06", "BoundingBox: Zmin 1.79769e+308",
-                  "BoundingBox: Zmax -1.79769e+308", "BoundingBox: Mmin 1.79769e+308",
-                  "BoundingBox: Mmax -1.79769e+308", "^^^^^ title ^^^^^"));
+  EXPECT_THAT(
+      sink.lines,
+      testing::ElementsAre(
+          "----- title -----", "FileCode 9994", "Unused1 1", "Unused2 2", "Unused3 3", "Unused4 4",
+          "Unused5 5", "FileLength 236", "Version 1000", "ShapeType 5", "BoundingBox: Xmin -1.5",
+          "BoundingBox: Ymin 0", "BoundingBox: Xmax 1e+10", "BoundingBox: Ymax 1.23457e+06",
+          "BoundingBox: Zmin -3", "BoundingBox: Zmax -1.79769e+308",
+          "BoundingBox: Mmin 1.79769e+308", "BoundingBox: Mmax 8.25", "^^^^^ title ^^^^^"));
 }
 
 }  // namespace

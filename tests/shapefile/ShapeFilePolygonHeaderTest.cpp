@@ -62,8 +62,15 @@ TEST(ShapeFilePolygonHeaderTest, AnInvertedBoxIsInvalid) {
   TModelFile high;
   high.yMin = 11;
   EXPECT_FALSE(Header(high));
-  high.yMin = std::nan("");
-  EXPECT_FALSE(Header(high));
+}
+
+TEST(ShapeFilePolygonHeaderTest, ABoxWithANaNIsInvalid) {
+  for (double TModelFile::*edge :
+       {&TModelFile::xMin, &TModelFile::xMax, &TModelFile::yMin, &TModelFile::yMax}) {
+    TModelFile file;
+    file.*edge = std::nan("");
+    EXPECT_FALSE(Header(file));
+  }
 }
 
 TEST(ShapeFilePolygonHeaderTest, CountsMustNotBeNegative) {
@@ -88,12 +95,13 @@ TEST(ShapeFilePolygonHeaderTest, RecordNumberAndContentLengthAreNotLookedAt) {
 TEST(ShapeFilePolygonHeaderTest, PrintsEveryFieldOnALine) {
   TModelFile file = FileOf({kSquare});
   file.xMin = -1.5;
+  file.yMax = 20;
   TDebugLines sink;
   Header(file).DebugOutput("title");
   EXPECT_THAT(sink.lines,
               testing::ElementsAre("----- title -----", "RecordNumber 1", "ContentLength 128",
                                    "ShapeType 5", "BoundingBox: Xmin -1.5", "BoundingBox: Ymin 0",
-                                   "BoundingBox: Xmax 10", "BoundingBox: Ymax 10", "NumParts 1",
+                                   "BoundingBox: Xmax 10", "BoundingBox: Ymax 20", "NumParts 1",
                                    "NumPoints 5", "^^^^^ title ^^^^^"));
 }
 
