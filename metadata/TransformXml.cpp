@@ -31,15 +31,26 @@ TTransform CreateFromXML(TKvXIniReader* reader, std::string section) {
   }
 }
 
-bool SaveToXMLE(const TKv2DTransform& transform, TKvXIniWriter* writer, std::string section) {
+namespace {
+
+/// The result of ending the section.
+bool SaveSection(const TKv2DTransform& transform, TKvXIniWriter* writer,
+                 const std::string& section) {
   const unsigned long opened = writer->BeginSectionSE(section);
   transform.SaveE(writer);
   return writer->EndSection(opened);
 }
 
+}  // namespace
+
+bool SaveToXMLE(const TKv2DTransform& transform, TKvXIniWriter* writer, std::string section) {
+  return SaveSection(transform, writer, section);
+}
+
+// Not by SaveToXMLE: another module may supply that symbol.
 bool SaveToXML(const TKv2DTransform& transform, TKvXIniWriter* writer, std::string section) {
   try {
-    SaveToXMLE(transform, writer, section);
+    SaveSection(transform, writer, section);
     return true;
   } catch (...) {
     return false;

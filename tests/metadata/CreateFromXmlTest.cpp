@@ -1,13 +1,15 @@
-// A program that supplies the symbol CreateFromXML itself, ahead of the module in the order in
-// which the loader looks: the module's own function then calls this one.
+// A program that supplies symbols of the module's itself, ahead of the module in the order in which
+// the loader looks. The module's own CreateFromXML then calls the one supplied; SaveToXML does
+// without the SaveToXMLE supplied.
 #include <dlfcn.h>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <functional>
 #include <new>
 #include <string>
 
 #include "SatCommonUtils/Metadata.h"
+#include "metadata/RecordingWriter.h"
 
 namespace {
 
@@ -27,6 +29,10 @@ TransformReference CreateFromXML(TKvXIniReader* reader, std::string section) {
   return Supplied()(reader, std::move(section));
 }
 
+bool SaveToXMLE(const TKv2DTransform&, TKvXIniWriter*, std::string) {
+  throw TKvError("the program's own was called");
+}
+
 }  // namespace SatCommonUtils
 
 namespace {
@@ -39,6 +45,13 @@ std::string FileOf(void* address) {
   return ::dladdr(address, &info) != 0 ? info.dli_fname : "";
 }
 
+/// The symbol of an exported function.
+std::string SymbolOf(void* function) {
+  Dl_info info{};
+  ::dladdr(function, &info);
+  return info.dli_sname != nullptr ? info.dli_sname : "";
+}
+
 /// Calls the module's own function while the program supplies `supplied`.
 class CreateFromXmlTest : public ::testing::Test {
  protected:
@@ -46,8 +59,9 @@ class CreateFromXmlTest : public ::testing::Test {
     module_ = ::dlopen(RAVELIN_MODULE_FILE, RTLD_NOW);
     ASSERT_NE(module_, nullptr) << ::dlerror();
     void* program = ::dlopen(nullptr, RTLD_NOW);
-    void* own = ::dlsym(program, SymbolName().c_str());
-    void* modules = ::dlsym(module_, SymbolName().c_str());
+    const std::string symbol = SymbolOf(reinterpret_cast<void*>(&SatCommonUtils::CreateFromXML));
+    void* own = ::dlsym(program, symbol.c_str());
+    void* modules = ::dlsym(module_, symbol.c_str());
     ::dlclose(program);
     ASSERT_NE(modules, nullptr);
     ASSERT_NE(modules, own) << "the program's comes first";
@@ -69,15 +83,9 @@ class CreateFromXmlTest : public ::testing::Test {
   }
 
   int calls_ = 0;
+  void* module_ = nullptr;
 
  private:
-  static std::string SymbolName() {
-    Dl_info info{};
-    ::dladdr(reinterpret_cast<void*>(&SatCommonUtils::CreateFromXML), &info);
-    return info.dli_sname != nullptr ? info.dli_sname : "";
-  }
-
-  void* module_ = nullptr;
   Function create_ = nullptr;
 };
 
@@ -136,6 +144,24 @@ TEST_F(CreateFromXmlTest, ItReadsNothingOfTheReaderItself) {
       &reader, "missing",
       [](TKvXIniReader*, const std::string&) { return TransformReference(new TKv2DTransform); });
   EXPECT_TRUE(created) << "a missing section is for the supplied function to find";
+}
+
+using Saver = bool (*)(const TKv2DTransform&, TKvXIniWriter*, std::string);
+
+/// The symbol of SaveToXML, which this program does not supply.
+std::string SymbolOfSaveToXml() {
+  std::string symbol = SymbolOf(reinterpret_cast<void*>(&SatCommonUtils::SaveToXMLE));
+  const std::string supplied = "10SaveToXMLE";
+  return symbol.replace(symbol.find(supplied), supplied.size(), "9SaveToXML");
+}
+
+TEST_F(CreateFromXmlTest, SavingWithoutExceptionsTakesItsStepsItself) {
+  const auto save = reinterpret_cast<Saver>(::dlsym(module_, SymbolOfSaveToXml().c_str()));
+  ASSERT_NE(save, nullptr);
+  metadata_test::RecordingWriter writer;
+  EXPECT_TRUE(save(TKv2DTransform(1, 2, 3, 4, 5, 6), &writer, "s"));
+  EXPECT_THAT(writer.calls, ::testing::ElementsAre("begin s", "a=1", "b=2", "c=3", "d=4", "e=5",
+                                                   "f=6", "end 4711"));
 }
 
 }  // namespace
