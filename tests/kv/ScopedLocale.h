@@ -1,0 +1,76 @@
+// A locale of a test's own.
+#pragma once
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <filesystem>
+#include <initializer_list>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace kv_test {
+
+/// Sets the first of some locales that the machine has, or one that localedef can make in a
+/// temporary folder; resets the former one at the end.
+class ScopedLocale {
+ public:
+  ScopedLocale(const ScopedLocale&) = delete;
+  ScopedLocale& operator=(const ScopedLocale&) = delete;
+
+  bool IsThere() const { return there_; }
+
+ protected:
+  /// The one to make is the `language` in the `charset`.
+  ScopedLocale(std::initializer_list<const char*> names, const std::string& language,
+               const std::string& charset)
+      : former_(std::setlocale(LC_ALL, nullptr)) {
+    for (const char* name : names) {
+      there_ = std::setlocale(LC_ALL, name) != nullptr;
+      if (there_) return;
+    }
+    Make(language, charset);
+  }
+  ~ScopedLocale() {
+    std::setlocale(LC_ALL, former_.c_str());
+    if (folder_.empty()) return;
+    ::unsetenv("LOCPATH");
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
+  }
+
+ private:
+  void Make(const std::string& language, const std::string& charset) {
+    std::string folder = std::filesystem::temp_directory_path() / "locale-XXXXXX";
+    if (::mkdtemp(folder.data()) == nullptr) return;
+    folder_ = folder;
+    const std::string name = language + "." + charset;
+    if (!Run({"localedef", "--quiet", "-c", "-i", language, "-f", charset, folder + "/" + name})) {
+      return;
+    }
+    ::setenv("LOCPATH", folder.c_str(), 1);
+    there_ = std::setlocale(LC_ALL, name.c_str()) != nullptr;
+  }
+
+  static bool Run(std::vector<std::string> words) {
+    std::vector<char*> arguments;
+    for (std::string& word : words) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    pid_t child = 0;
+    if (::posix_spawnp(&child, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0) {
+      return false;
+    }
+    int status = 0;
+    return ::waitpid(child, &status, 0) == child;
+  }
+
+  std::string former_;
+  std::string folder_;
+  bool there_ = false;
+};
+
+}  // namespace kv_test
