@@ -61,6 +61,15 @@ TEST_P(PvlRandom, TextsWithLinesBeyondTheLineBufferGiveTheModelsDocument) {
   EXPECT_GT(variety_.Least(), 50u);
 }
 
+TEST_P(PvlRandom, TextsWithValuesOfManyLinesGiveTheModelsDocument) {
+  std::mt19937 random(20240505);
+  for (int i = 0; i < 300; ++i) {
+    const std::string text = RandomPvlWithLongValues(&random, random() % 30000);
+    ASSERT_NO_FATAL_FAILURE(Compare(text)) << i;
+  }
+  EXPECT_GT(variety_.writes, 300u);
+}
+
 TEST_P(PvlRandom, TextsOfAnyBytesGiveTheModelsDocument) {
   std::mt19937 random(20240504);
   for (int i = 0; i < 20000; ++i) {

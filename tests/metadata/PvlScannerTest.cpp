@@ -94,6 +94,35 @@ TEST(VariableDetected, FindsAValueThatEndsInABackslash) {
   EXPECT_EQ(detection.pos, 5u);
 }
 
+/// Lengths to either side of powers of two.
+std::vector<std::size_t> Lengths() {
+  std::vector<std::size_t> lengths;
+  for (std::size_t power = 16; power <= (1u << 20); power *= 2) {
+    for (std::size_t length = power - 6; length <= power + 2; ++length) lengths.push_back(length);
+  }
+  return lengths;
+}
+
+TEST(VariableDetected, FindsValuesOfAnyLength) {
+  for (const std::size_t length : Lengths()) {
+    const std::string plain(length, 'x');
+    const Detection bare("A=" + plain + ";");
+    EXPECT_TRUE(bare.found && bare.value == plain) << length;
+    EXPECT_EQ(bare.pos, length + 3);
+    const std::string ends(length, ';');
+    const Detection quoted("A=\"" + ends + "\\\";\";B=2;");
+    EXPECT_TRUE(quoted.found && quoted.value == ends + "\";") << length;
+    EXPECT_EQ(quoted.pos, length + 8);
+  }
+}
+
+TEST(VariableDetected, FindsNoValueOfAnyLengthThatDoesNotEnd) {
+  for (const std::size_t length : Lengths()) {
+    EXPECT_FALSE(Detection("A=" + std::string(length, 'x')).found) << length;
+    EXPECT_FALSE(Detection("A=\"" + std::string(length, ';')).found) << length;
+  }
+}
+
 TEST(VariableDetected, TakesNoNameWithANulByteInside) {
   EXPECT_FALSE(Detection(std::string("A\0B = 1;", 8)).found);
 }

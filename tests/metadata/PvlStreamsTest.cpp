@@ -316,6 +316,19 @@ TEST_P(PvlStreams, SurviveAnInputThatThrows) {
   }
 }
 
+// The writer, which leaves a document behind whatever happens, is made when all is read.
+TEST_P(PvlStreams, WriteNothingForAnInputThatThrows) {
+  for (const char* operation : {"S", "E", "L"}) {
+    auto* in = new LineStream;
+    in->lines = {"A = 1;"};
+    in->throwing = operation;
+    auto* written = new TKvMemoryStream;
+    const StreamPointer out(written);
+    EXPECT_THROW(RunConverter(GetParam(), StreamPointer(in), out), std::runtime_error) << operation;
+    EXPECT_EQ(written->Bytes(), "") << operation;
+  }
+}
+
 // Lost writes.
 
 TEST_P(PvlStreams, FailForEveryOutputThatTakesLessThanItIsGiven) {

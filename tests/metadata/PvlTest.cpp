@@ -1,5 +1,6 @@
 // The general dialect: statements that end with ';'.
 #include "metadata/PvlTest.h"
+#include "kv/ForeignLocale.h"
 
 namespace metadata_test {
 namespace {
@@ -371,6 +372,28 @@ TEST(Pvl, TakesAKeywordBeforeAnyCharacterThatIsNotOfAName) {
 TEST(Pvl, TakesAKeywordBehindAStatementOnItsLine) {
   EXPECT_EQ(General("A = 1;BEGIN_GROUP = G\n"), Good("\t<A>1</A>\n\t<G/>\n"));
   EXPECT_EQ(General("A = 1; END; B = 2;\n"), Good("\t<A>1</A>\n"));
+}
+
+// In the locale the byte E9 is a letter: a word goes on with it, a name of a value does not.
+
+TEST(Pvl, TakesLettersOfTheLocaleIntoGroupNames) {
+  const kv_test::ForeignLocale locale;
+  if (!locale.IsThere()) GTEST_SKIP() << "this machine has no Turkish locale";
+  EXPECT_EQ(General("BEGIN_GROUP = h\xE9 A = 1;\nEND_GROUP = h\xE9\nEND;\n"),
+            Good("\t<_ _name=\"aOk=\" _enc=\"name\">\n\t\t<A>1</A>\n\t</_>\n"));
+}
+
+TEST(Pvl, DoesNotTakeAKeywordBeforeALetterOfTheLocale) {
+  const kv_test::ForeignLocale locale;
+  if (!locale.IsThere()) GTEST_SKIP() << "this machine has no Turkish locale";
+  EXPECT_EQ(General("END\xE9;\nBEGIN_GROUP\xE9 G;\nEND_GROUP\xE9;\nA = 1;\n"),
+            Good("\t<A>1</A>\n"));
+}
+
+TEST(Pvl, TakesNoLetterOfTheLocaleIntoTheNameOfAValue) {
+  const kv_test::ForeignLocale locale;
+  if (!locale.IsThere()) GTEST_SKIP() << "this machine has no Turkish locale";
+  EXPECT_EQ(General("h\xE9 = 1;\nI = 2;\n"), Good("\t<I>2</I>\n"));
 }
 
 // The end.

@@ -85,4 +85,21 @@ inline std::string RandomPvlWithLongLines(std::mt19937* random, unsigned long si
   return text;
 }
 
+/// Statements with values of many lines, `size` bytes and more.
+inline std::string RandomPvlWithLongValues(std::mt19937* random, unsigned long size) {
+  static const std::string kBegins[] = {"A = ", "\nB = \"", "C = (", "D = \"(", "= "};
+  static const std::string kBetween[] = {"\n", "\r\n", ",\n", "\\\"\n", "\\\n", "\n\v\n"};
+  static const std::string kEnds[] = {";", "\";", ");", ")\";", "\n", "\"\n", "\\\";\n"};
+  std::string text;
+  while (text.size() < size) {
+    text += kBegins[(*random)() % std::size(kBegins)];
+    for (unsigned long lines = (*random)() % 12; lines > 0; --lines) {
+      text.append((*random)() % 1023, (*random)() % 8 == 0 ? ';' : 'x');
+      text += kBetween[(*random)() % std::size(kBetween)];
+    }
+    text += kEnds[(*random)() % std::size(kEnds)];
+  }
+  return text;
+}
+
 }  // namespace metadata_test
