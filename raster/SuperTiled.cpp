@@ -18,15 +18,14 @@ constexpr long kMostBytes = 1L << 47;
 /// Clears `h` rows of `w` pixels; false, and nothing is written, when no buffer can be so large.
 bool Clear(const TKvDibDataOutBuffer& out, long w, long h, long bytesPerPixel) {
   const std::optional<long> rowBytes = SizeProduct(w, bytesPerPixel);
+  if (!rowBytes || *rowBytes > kMostBytes) return false;
   const long step = out.stride < 0 ? SaturatedDifference(0, out.stride) : out.stride;
-  // Rows without a byte, or all in one place, need no more than one.
-  const long rows = rowBytes == 0 || step == 0 ? 1 : h;
-  const std::optional<long> bytes =
-      rowBytes ? SizeProduct(std::max(step, *rowBytes), rows) : std::nullopt;
-  if (!bytes || *bytes > kMostBytes) return false;
-  unsigned char* to = out.data;
-  for (long row = 0; row < rows; ++row, to += out.stride) {
-    std::memset(to, 0, static_cast<std::size_t>(*rowBytes));
+  // Rows without a byte, or all in one place, need no more than one. No stride follows the last.
+  const long rows = *rowBytes == 0 || step == 0 ? 1 : h;
+  const std::optional<long> bytesBefore = SizeProduct(std::max(step, *rowBytes), rows - 1);
+  if (!bytesBefore || *bytesBefore > kMostBytes - *rowBytes) return false;
+  for (long row = 0; row < rows; ++row) {
+    std::memset(out.data + row * out.stride, 0, static_cast<std::size_t>(*rowBytes));
   }
   return true;
 }
@@ -87,10 +86,9 @@ struct TSuperTiledDibDataEnvelope::TStitching {
     // Rows without bytes have no limit to their number, nor to where they would lie.
     if (bytes == 0) return;
     const long firstRow = levelHeight - 1 - at.bottom - request.y;
-    unsigned char* to = PixelAddress(out, at.left - request.x, firstRow, bytesPerPixel);
-    const unsigned char* from = rows.bottom;
-    for (long row = at.top; row <= at.bottom; ++row, to += out.stride, from += rows.step) {
-      std::memcpy(to, from, bytes);
+    unsigned char* const to = PixelAddress(out, at.left - request.x, firstRow, bytesPerPixel);
+    for (long row = 0; row <= at.bottom - at.top; ++row) {
+      std::memcpy(to + row * out.stride, rows.bottom + row * rows.step, bytes);
     }
   }
 };
@@ -216,6 +214,7 @@ void TSuperTiledDibDataEnvelope::PurgeCache() {
 bool TSuperTiledDibDataEnvelope::AllocTileBuffer(long* size, unsigned long bytesPerPixel) {
   const long pixel = SignedSize(bytesPerPixel);
   const std::optional<long> needed = BufferBytes(size[0], size[1], pixel, pixel);
+  if (!needed) FreeTileBuffer();  // as for one that cannot be allocated
   if (!needed || !GrowTileBuffer(*needed)) return false;
   ClearTileBuffer();
   return true;

@@ -515,6 +515,27 @@ TEST_F(SuperTiledTest, ABufferThatNoMemoryHoldsIsLeftAlone) {
   EXPECT_THAT(band->calls, IsEmpty());
 }
 
+TEST_F(SuperTiledTest, ARequestOfOneRowTakesAnyStride) {
+  Add(0, 0, 3, 3, 9);
+  auto* raw = new TRawWordDibData;
+  tiles.push_back({4, 0, 7, 3, 0, 0, BandReference(raw), ""});
+  ASSERT_TRUE(raw->Setup(var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream(std::string(32, 'x'))),
+                         4, 4, TRawWordDibData::boLittleEndian));
+  ASSERT_TRUE(raster.Setup(tiles, nullptr));
+  for (const long stride :
+       {0L, 1L << 60, std::numeric_limits<long>::max(), std::numeric_limits<long>::min()}) {
+    Output out(1, 24);
+    EXPECT_EQ(
+        raster.GetRect({out.Buffer().data, stride}, Request(-1, 2, 11, 1), iqNearest, 0, nullptr),
+        3);
+    ExpectPixels(out, 0, 0, 1, 1, 0);
+    ExpectPixels(out, 0, 1, 1, 4, 9);
+    ExpectPixels(out, 0, 5, 1, 4, 'x');
+    ExpectPixels(out, 0, 9, 1, 2, 0);
+    ExpectPixels(out, 0, 11, 1, 1, Output::kGuard);
+  }
+}
+
 TEST_F(SuperTiledTest, ARequestOutsideTheRasterIsBlankedAndWritesNothing) {
   MockBand* band = Add(0, 0, 3, 3, 9);
   ASSERT_TRUE(raster.Setup(tiles, nullptr));
@@ -972,6 +993,15 @@ TEST_F(SuperTiledTest, AllocTileBufferRefusesASizeThatCannotBeCounted) {
   EXPECT_FALSE(raster.AllocTileBuffer(line, std::numeric_limits<unsigned long>::max()));
   long barely[] = {std::numeric_limits<long>::max(), 1};
   EXPECT_FALSE(raster.AllocTileBuffer(barely, 2));
+  EXPECT_EQ(raster.tileBufferSize, 0u);
+}
+
+TEST_F(SuperTiledTest, AllocTileBufferOfASizeThatCannotBeCountedHoldsNothingAfterwards) {
+  long small[] = {1, 1};
+  ASSERT_TRUE(raster.AllocTileBuffer(small, 2));
+  long square[] = {1L << 32, 1L << 32};
+  EXPECT_FALSE(raster.AllocTileBuffer(square, 1));
+  EXPECT_EQ(raster.tileBuffer, nullptr);
   EXPECT_EQ(raster.tileBufferSize, 0u);
 }
 
