@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <limits>
 #include <stdexcept>
 
 #include "raster/RasterTest.h"
@@ -32,6 +33,7 @@ class ForeignRaster : public TKvDibData {
     TKvProgressHandler* progress;
   };
   std::vector<Call> calls;
+  mutable std::vector<std::string> asked;  ///< the operations asked, in order
   int purges = 0;
   bool* destroyed = nullptr;
 
@@ -68,6 +70,7 @@ class ForeignRaster : public TKvDibData {
 
  private:
   void MayThrow(const char* place) const {
+    asked.emplace_back(place);
     if (throwsIn == place) throw std::out_of_range(place);
   }
 };
@@ -90,6 +93,28 @@ TEST_F(EnvelopeTest, TheSizeIsTheSizePartOfTheBoundsWhereverTheyStart) {
   TPushbroomDibDataEnvelope envelope(reference, "b", false);
   EXPECT_EQ(envelope.width, 100);
   EXPECT_EQ(envelope.height, 70);
+}
+
+TEST_F(EnvelopeTest, SizeChannelsAndLevelsAreAskedForOnceInThisOrder) {
+  TPushbroomDibDataEnvelope envelope(reference, "b", false);
+  envelope.Channels();
+  envelope.Bounds();
+  EXPECT_THAT(raster->asked, ElementsAre("Bounds", "Channels", "GetAllLevels"));
+}
+
+TEST_F(EnvelopeTest, ASizeThatIsNotWholeLosesItsFraction) {
+  raster->bounds = Request(0, 0, 100.75, 70.5);
+  TPushbroomDibDataEnvelope envelope(reference, "b", false);
+  EXPECT_EQ(envelope.width, 100);
+  EXPECT_EQ(envelope.height, 70);
+}
+
+TEST_F(EnvelopeTest, ASizeThatNoIntegerHoldsIsNoneOrTheGreatest) {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  raster->bounds = Request(0, 0, std::numeric_limits<double>::quiet_NaN(), infinity);
+  TPushbroomDibDataEnvelope envelope(reference, "b", false);
+  EXPECT_EQ(envelope.width, 0);
+  EXPECT_EQ(envelope.height, 1L << 62);
 }
 
 TEST_F(EnvelopeTest, AnEnvelopeCopiesTheWholeChannelDescription) {
@@ -235,6 +260,19 @@ TEST_F(EnvelopeTest, PurgingAnEnvelopeWhoseRasterWasTakenAwayDoesNothing) {
   envelope.data.reset();
   envelope.PurgeCache();
   EXPECT_EQ(raster->purges, 0);
+}
+
+TEST_F(EnvelopeTest, AnEnvelopeWithoutARasterHasNoPixels) {
+  TPushbroomDibDataEnvelope envelope(reference, "b", false);
+  envelope.data.reset();
+  TPushbroomDibDataEnvelope empty(RasterReference(), "b", false);
+  EXPECT_EQ(empty.width, 0);
+  EXPECT_EQ(empty.GetAllLevels(nullptr), 0u);
+  for (TPushbroomDibDataEnvelope* asked : {&envelope, &empty}) {
+    Output out(2, 6);
+    EXPECT_EQ(asked->GetRect(out.Buffer(), Request(0, 0, 3, 2), iqNearest, 0, nullptr), 2);
+    EXPECT_TRUE(out.Untouched());
+  }
 }
 
 TEST_F(EnvelopeTest, AnEnvelopeHasNoReadBufferOfItsOwn) {

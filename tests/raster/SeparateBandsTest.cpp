@@ -3,6 +3,7 @@
 #include <functional>
 #include <limits>
 #include <map>
+#include <new>
 #include <random>
 #include <stdexcept>
 
@@ -167,6 +168,17 @@ TEST_F(SeparateBandsTest, BandsOfDifferentSampleSizeAreRefused) {
   ExpectEmpty();
 }
 
+TEST_F(SeparateBandsTest, BandsThatDifferInAllElseFitAndTheSampleTypeIsOne) {
+  MockBand* const first = Add(1);
+  first->channels.sampleType = 5;
+  first->FillDefaultLevelBounds({{8, 6}}, 3);
+  MockBand* const second = Add(2, 8, 6, 2, {6, 4, 3});
+  second->channels.sampleType = 7;
+  ASSERT_TRUE(compositor.Setup(bands));
+  EXPECT_EQ(compositor.bandsCount, 2);
+  EXPECT_EQ(compositor.channels.sampleType, 1);
+}
+
 TEST_F(SeparateBandsTest, ALateMisfitDropsTheBandsAlreadyTaken) {
   Add(1);
   Add(2);
@@ -198,6 +210,17 @@ TEST_F(SeparateBandsTest, EverySetupStartsFromScratch) {
   EXPECT_EQ(compositor.bandsCount, 1);
   EXPECT_THAT(compositor.channels.kinds, ElementsAre(9));
   EXPECT_THAT(compositor.channelBands, ElementsAre(Pair(0u, 9)));
+}
+
+TEST_F(SeparateBandsTest, NameAndFlagStayTheHosts) {
+  Add(1);
+  compositor.bandName = "scene";
+  compositor.bandFlag = true;
+  EXPECT_TRUE(compositor.Setup(bands));
+  EXPECT_FALSE(compositor.Setup({}));
+  compositor.Reset();
+  EXPECT_EQ(compositor.bandName, "scene");
+  EXPECT_TRUE(compositor.bandFlag);
 }
 
 TEST_F(SeparateBandsTest, AReferenceThatIsEmptyIsRefused) {
@@ -440,6 +463,13 @@ TEST_F(SeparateBandsTest, AResultWithTheTwoBitGoesOnWhateverElseItSays) {
   }
 }
 
+TEST_F(SeparateBandsTest, ThreeIsReturnedEvenWhenNoBandWroteAPixel) {
+  for (int key : {1, 2}) Add(key)->result = 2;
+  ASSERT_TRUE(compositor.Setup(bands));
+  Output out(6, 32);
+  EXPECT_EQ(Get(out, Request(0, 0, 8, 6)), 3);
+}
+
 TEST_F(SeparateBandsTest, AResultWithoutTheTwoBitStopsWithNothingWritten) {
   for (int result : {0, 1, 4, 5, 8, 0x100, -3}) {
     bands.clear();
@@ -494,6 +524,13 @@ TEST_F(SeparateBandsTest, AnExceptionOfABandPassesUnchangedAndTheBlocksAreFreed)
   }
   EXPECT_EQ(raster_test::LiveArrays(), before);
   EXPECT_TRUE(out.Untouched());
+}
+
+TEST_F(SeparateBandsTest, ABandThatRunsOutOfMemorySaysSoItself) {
+  Add(1)->paint = [](const TKvDibDataOutBuffer&, const TKvDibRect&) { throw std::bad_alloc(); };
+  ASSERT_TRUE(compositor.Setup(bands));
+  Output out(6, 16);
+  EXPECT_THROW(Get(out, Request(0, 0, 8, 6)), std::bad_alloc);
 }
 
 TEST_F(SeparateBandsTest, ALogicErrorOfABandPassesAsItIs) {
@@ -870,6 +907,9 @@ TEST_F(SeparateBandsTest, PurgingPurgesEveryBandInKeyOrder) {
   ASSERT_TRUE(compositor.Setup(bands));
   compositor.PurgeCache();
   EXPECT_EQ(log, "13467");
+  compositor.bands[4] = BandReference();
+  compositor.PurgeCache();
+  EXPECT_EQ(log, "134671367");
 }
 
 TEST_F(SeparateBandsTest, PurgingAnEmptyCompositorDoesNothing) {

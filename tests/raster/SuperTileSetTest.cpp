@@ -149,6 +149,12 @@ TEST_F(SuperTileSetTest, ARadiometryOfZeroIsNone) {
   EXPECT_FALSE(Radiometry({TileOf(3, 0), TileOf(3, 0)}).ok);
 }
 
+TEST_F(SuperTileSetTest, ARadiometryThatIsRefusedLeavesWhatWasFoundUntilThen) {
+  EXPECT_EQ(Radiometry({TileOf(3, 2), TileOf(4, 4)}), (Numbers{false, 3, 2}));
+  EXPECT_EQ(Radiometry({TileOf(0, 2)}), (Numbers{false, 0, 2}));
+  EXPECT_EQ(Radiometry({TileOf(3, 0)}), (Numbers{false, 3, 0}));
+}
+
 TEST_F(SuperTileSetTest, TheBandCountIsTheRastersWhateverItsKindsSay) {
   TSuperTileData tile = TileOf(3, 2);
   tile.raster->bandsCount = 5;

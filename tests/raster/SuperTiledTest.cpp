@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <new>
 #include <random>
 #include <stdexcept>
 
@@ -131,6 +132,30 @@ TEST_F(SuperTiledTest, SeveralBandsGetTheirKindsByTheOrder) {
   EXPECT_EQ(raster.channels.sampleType, 1);
 }
 
+TEST_F(SuperTiledTest, TheSampleTypeIsOneWhateverTheTilesSay) {
+  Add(0, 0, 9, 9, 1)->channels.sampleType = 42;
+  ASSERT_TRUE(raster.Setup(tiles, nullptr));
+  EXPECT_EQ(raster.channels.sampleType, 1);
+  tiles.clear();
+  Add(0, 0, 9, 9, 1, {7, 8})->channels.sampleType = 42;
+  Add(10, 0, 19, 9, 1, {9, 10})->channels.sampleType = 43;
+  const TVisibleBandsOrder order = {0, 1, -1};
+  ASSERT_TRUE(raster.Setup(tiles, &order));
+  EXPECT_EQ(raster.channels.sampleType, 1);
+}
+
+TEST_F(SuperTiledTest, TheRadiometryIsTheOneFoundNotTheFirstTiles) {
+  MockBand* const first = Add(0, 0, 9, 9, 1);
+  first->bandsCount = 0;
+  first->channels.sampleSize = 0;
+  Add(10, 0, 19, 9, 2, {1, 1, 1});
+  const TVisibleBandsOrder order = {0, 1, 2};
+  ASSERT_TRUE(raster.Setup(tiles, &order));
+  EXPECT_EQ(raster.bandsCount, 3);
+  EXPECT_EQ(raster.channels.sampleSize, 2u);
+  EXPECT_THAT(raster.channels.kinds, ElementsAre(6, 4, 3));
+}
+
 TEST_F(SuperTiledTest, WithoutOrderTheWholeChannelDescriptionOfTheFirstTileIsCopied) {
   Add(0, 0, 9, 9, 1, {7, 8})->channels.sampleType = 42;
   Add(10, 0, 19, 9, 2, {9, 10});
@@ -232,6 +257,17 @@ TEST_F(SuperTiledTest, ASecondSetupStartsFromScratch) {
   EXPECT_EQ(raster.height, 3);
   EXPECT_EQ(raster.bandsCount, 1);
   EXPECT_THAT(raster.channels.kinds, ElementsAre(1));
+}
+
+TEST_F(SuperTiledTest, NameAndFlagStayTheHosts) {
+  Add(0, 0, 9, 9, 1);
+  raster.bandName = "mosaic";
+  raster.bandFlag = true;
+  EXPECT_TRUE(raster.Setup(tiles, nullptr));
+  EXPECT_FALSE(raster.Setup({}, nullptr));
+  raster.Reset();
+  EXPECT_EQ(raster.bandName, "mosaic");
+  EXPECT_TRUE(raster.bandFlag);
 }
 
 TEST_F(SuperTiledTest, ALevelThatTheRasterDoesNotHaveRaisesALogicErrorThatSaysSo) {
@@ -390,6 +426,8 @@ TEST_F(SuperTiledTest, TheFloatingRectangleComesFromTheRastersOwnConversion) {
    public:
     unsigned long Rect2RectI(const TKvDibRect& rect, const TInterpolationQuality& quality,
                              int param, TKvDibRectI* rectI, bool clip) override {
+      ++timesAsked;
+      askedQuality = quality;
       askedParam = param;
       askedClip = clip;
       return TSuperTiledDibDataEnvelope::Rect2RectI(rect, quality, param, rectI, clip);
@@ -401,6 +439,8 @@ TEST_F(SuperTiledTest, TheFloatingRectangleComesFromTheRastersOwnConversion) {
     }
     unsigned long level_ = 99;
     TKvDibRectI asked = {};
+    int timesAsked = 0;
+    TInterpolationQuality askedQuality = iqNearest;
     int askedParam = 0;
     bool askedClip = true;
   };
@@ -409,7 +449,9 @@ TEST_F(SuperTiledTest, TheFloatingRectangleComesFromTheRastersOwnConversion) {
   Converting converting;
   ASSERT_TRUE(converting.Setup(tiles, nullptr));
   Output out(2, 6);
-  EXPECT_EQ(converting.GetRect(out.Buffer(), Request(2, 4, 6, 4, 2), iqNearest, 17, nullptr), 3);
+  EXPECT_EQ(converting.GetRect(out.Buffer(), Request(2, 4, 6, 4, 2), iqBilinear, 17, nullptr), 3);
+  EXPECT_EQ(converting.timesAsked, 1);
+  EXPECT_EQ(converting.askedQuality, iqBilinear);
   EXPECT_EQ(converting.askedParam, 17);
   EXPECT_FALSE(converting.askedClip);
   EXPECT_EQ(converting.level_, 1u);
@@ -647,6 +689,15 @@ TEST_F(SuperTiledTest, AnExceptionOfATilePasses) {
   } catch (const std::out_of_range& error) {
     EXPECT_STREQ(error.what(), "tile");
   }
+}
+
+TEST_F(SuperTiledTest, ATileThatRunsOutOfMemorySaysSoItself) {
+  Add(0, 0, 3, 3, 1)->paint = [](const TKvDibDataOutBuffer&, const TKvDibRect&) {
+    throw std::bad_alloc();
+  };
+  ASSERT_TRUE(raster.Setup(tiles, nullptr));
+  Output out(4, 8);
+  EXPECT_THROW(Get(out, Request(0, 0, 4, 4)), std::bad_alloc);
 }
 
 TEST_F(SuperTiledTest, ATileThatWritesNothingShowsAClearedBufferNotTheTileBeforeIt) {
@@ -1054,6 +1105,17 @@ TEST_F(SuperTiledTest, PurgingPurgesEveryTileRasterThatIsSetInOrder) {
   raster.tiles[1].raster.reset();
   raster.PurgeCache();
   EXPECT_EQ(log, "cabcb");
+}
+
+TEST_F(SuperTiledTest, PurgingKeepsTheTileBuffer) {
+  Add(0, 0, 9, 9, 1);
+  ASSERT_TRUE(raster.Setup(tiles, nullptr));
+  Output out(10, 20);
+  ASSERT_EQ(Get(out, Request(0, 0, 10, 10)), 3);
+  const unsigned char* const buffer = raster.tileBuffer;
+  raster.PurgeCache();
+  EXPECT_EQ(raster.tileBuffer, buffer);
+  EXPECT_EQ(raster.tileBufferSize, 204u);
 }
 
 TEST_F(SuperTiledTest, ASuperTiledRasterHasNoReadBuffer) {
