@@ -11,8 +11,7 @@ struct ShapeCompanions {
   std::string attributes;  ///< .dbf: the field ID, 1 for the one record
 };
 
-/// Has shapelib make them for a main file with these bytes and one record. Throws HostError naming
-/// `name` when it cannot.
-ShapeCompanions MakeShapeCompanions(const std::string& mainFile, const std::string& name);
+/// Makes them for a main file with these bytes, which hold a header and one record.
+ShapeCompanions MakeShapeCompanions(const std::string& mainFile);
 
 }  // namespace ravelin
