@@ -93,16 +93,11 @@ Json DescribeTileFile(const std::string& indexPath, const TileEntry& tile,
   layout.size = tile.fileSize;
   layout.remedy = "check width and height in line " + std::to_string(tile.line) + " of the index";
   json["expectedBytes"] = BandFileBytes(band.file, layout);
-  std::string path;
   try {
-    path = ResolveTileFile(indexPath, band.file, false);
-  } catch (const HostError&) {
-    json["state"] = "outside";
-    return json;
-  }
-  try {
-    json["bytes"] = RegularFileSize(path);
+    json["bytes"] = RegularFileSize(ResolveTileFile(indexPath, band.file, false));
     json["state"] = json["bytes"] == json["expectedBytes"] ? "present" : "wrong size";
+  } catch (const OutsideIndexFolder&) {
+    json["state"] = "outside";
   } catch (const HostError&) {
     json["state"] = "missing";
   }

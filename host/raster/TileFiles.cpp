@@ -1,8 +1,9 @@
 #include "host/raster/TileFiles.h"
 
 #include <filesystem>
+#include <new>
+#include <system_error>
 
-#include "host/HostError.h"
 #include "host/io/InputFile.h"
 #include "host/io/InsideFolder.h"
 
@@ -11,7 +12,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
+void CheckFound(const std::error_code& error, const std::string& name, const char* remedy) {
+  if (error == std::errc::not_enough_memory) throw std::bad_alloc();
+  if (error) throw HostError(name, "cannot be found: " + error.message(), remedy);
+}
+
 }  // namespace
+
+OutsideIndexFolder::OutsideIndexFolder(const std::string& name)
+    : HostError(name, "leads outside the folder of the index",
+                "add --allow-outside if the index may read it") {}
 
 TileIndex ReadTileIndex(const std::string& path) {
   return ParseTileIndex(ReadWholeFile(path, kMaxIndexBytes), path);
@@ -21,15 +31,10 @@ std::string ResolveTileFile(const std::string& indexPath, const std::string& nam
                             bool allowOutside) {
   std::error_code error;
   const fs::path folder = fs::canonical(fs::path(indexPath).parent_path() / ".", error);
-  if (error) throw HostError(indexPath, "its folder cannot be found", "check the name");
+  CheckFound(error, indexPath, "check the name");
   const fs::path file = fs::weakly_canonical(folder / name, error);
-  if (error) {
-    throw HostError(name, "cannot be found: " + error.message(), "check the name in the index");
-  }
-  if (!allowOutside && !IsInsideFolder(file, folder)) {
-    throw HostError(name, "leads outside the folder of the index",
-                    "add --allow-outside if the index may read it");
-  }
+  CheckFound(error, name, "check the name in the index");
+  if (!allowOutside && !IsInsideFolder(file, folder)) throw OutsideIndexFolder(name);
   return file.string();
 }
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "host/HostError.h"
@@ -100,6 +101,15 @@ TEST(Info, CountsTheFilesOfAnIndexThatAreNotAsTheyShouldBe) {
   EXPECT_THAT(text, HasSubstr("line 1: short: wrong size: 7 bytes instead of 8\n"));
   EXPECT_THAT(text, HasSubstr("line 2: gone: missing\n"));
   EXPECT_THAT(text, HasSubstr("line 3: /etc/passwd: outside\n"));
+}
+
+TEST(Info, CountsAFileOfAnIndexThatCannotBeFoundAsMissingAndNotAsOutside) {
+  TempFolder folder;
+  std::filesystem::create_symlink("circle", folder / "circle");
+  folder.Write("t.idx", "0 0 1 1 0 0 2 2 1=circle\n");
+  const Json files = DescribeFile(folder / "t.idx")["files"];
+  EXPECT_EQ(files["missing"], 1);
+  EXPECT_EQ(files["outside"], 0);
 }
 
 TEST(Info, DoesNotLookAtFilesOutsideTheFolder) {

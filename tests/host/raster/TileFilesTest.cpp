@@ -13,6 +13,7 @@
 namespace {
 
 using ravelin::HostError;
+using ravelin::OutsideIndexFolder;
 using ravelin::ResolveTileFile;
 
 class TileFiles : public testing::Test {
@@ -50,25 +51,25 @@ TEST_F(TileFiles, MayBeAbsoluteInsideTheFolder) {
 }
 
 TEST_F(TileFiles, AreRefusedAboveTheFolder) {
-  EXPECT_THROW(Resolve("../out.raw"), HostError);
-  EXPECT_THROW(Resolve("deep/../../out.raw"), HostError);
-  EXPECT_THROW(Resolve("missing/../../out.raw"), HostError);
+  EXPECT_THROW(Resolve("../out.raw"), OutsideIndexFolder);
+  EXPECT_THROW(Resolve("deep/../../out.raw"), OutsideIndexFolder);
+  EXPECT_THROW(Resolve("missing/../../out.raw"), OutsideIndexFolder);
 }
 
 TEST_F(TileFiles, AreRefusedAtAnAbsolutePlaceElsewhere) {
-  EXPECT_THROW(Resolve(folder_ / "out.raw"), HostError);
-  EXPECT_THROW(Resolve("/etc/hostname"), HostError);
+  EXPECT_THROW(Resolve(folder_ / "out.raw"), OutsideIndexFolder);
+  EXPECT_THROW(Resolve("/etc/hostname"), OutsideIndexFolder);
 }
 
 TEST_F(TileFiles, AreRefusedInAFolderWhoseNameOnlyBeginsAlike) {
-  EXPECT_THROW(Resolve("../inside-by-name-only/a.raw"), HostError);
+  EXPECT_THROW(Resolve("../inside-by-name-only/a.raw"), OutsideIndexFolder);
 }
 
 TEST_F(TileFiles, AreRefusedThroughALinkThatLeadsOutside) {
   std::filesystem::create_symlink(folder_ / "out.raw", folder_ / "in/link.raw");
   std::filesystem::create_directory_symlink(folder_.Path(), folder_ / "in/up");
-  EXPECT_THROW(Resolve("link.raw"), HostError);
-  EXPECT_THROW(Resolve("up/out.raw"), HostError);
+  EXPECT_THROW(Resolve("link.raw"), OutsideIndexFolder);
+  EXPECT_THROW(Resolve("up/out.raw"), OutsideIndexFolder);
 }
 
 TEST_F(TileFiles, AreTakenThroughALinkThatStaysInside) {
@@ -91,7 +92,9 @@ TEST_F(TileFiles, SayWhatToDoWhenRefused) {
 
 TEST_F(TileFiles, EndInAnErrorWhenALinkLeadsInCircles) {
   std::filesystem::create_symlink("circle", folder_ / "in/circle");
-  EXPECT_THROW(Resolve("circle"), HostError);
+  EXPECT_EQ(ErrorOf([&] { Resolve("circle"); }),
+            "circle: cannot be found: Too many levels of symbolic links; check the name in the "
+            "index");
 }
 
 TEST_F(TileFiles, EndInAnErrorWhenTheNameIsTooLong) {
