@@ -9,6 +9,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "SatCommonUtils/Module.h"
@@ -111,6 +112,9 @@ int RunAndReport(int argc, const char* const* argv) {
     } catch (const UsageError& error) {
       return ReportWrongUse(*app, error.what());
     } catch (const std::bad_alloc&) {
+      return ReportNoMemory(MemoryRemedy(*app));
+    } catch (const std::system_error& error) {
+      if (error.code() != std::errc::not_enough_memory) throw;
       return ReportNoMemory(MemoryRemedy(*app));
     }
   } catch (const std::bad_alloc&) {

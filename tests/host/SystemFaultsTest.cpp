@@ -73,6 +73,9 @@ const std::vector<Job> kJobs = {
     {"Xml", {"xml", "pvl", "l.pvl", "-o", "o.xml"}, "", {"o.xml"}},
     {"XmlOfStandardInput", {"xml", "wkt", "-", "-o", "o.xml"}, "w.wkt", {"o.xml"}},
     {"Tree", {"tree", "text2xml", "t.tree", "-o", "o.xml"}, "", {"o.xml"}},
+    {"XmlNasaPvl", {"xml", "nasa-pvl", "p/small.lbl", "-o", "o.xml"}, "", {"o.xml"}},
+    {"XmlGet", {"xml", "get", "t.xml", "tree/hdr"}, "", {}},
+    {"TreeToText", {"tree", "xml2text", "t.xml", "-o", "o.tree"}, "", {"o.tree"}},
     {"TreeToStandardOutput", {"tree", "show", "t.xml"}, "", {}},
     {"Shape",
      {"shape", "from-points", "points", "--wkt", "w.wkt", "-o", "o.shp"},
@@ -82,6 +85,7 @@ const std::vector<Job> kJobs = {
     {"ShapeShow", {"shape", "show", "s.shp", "--size", "32x32", "-o", "o.png"}, "", {"o.png"}},
     {"InfoOnAnImage", {"info", "i.bip"}, "", {}},
     {"InfoOnAnIndex", {"info", "t.idx"}, "", {}},
+    {"Files", {"files", "p", "--mask", "*.RAW"}, "", {}, true},
     {"FilesFind", {"files", "find", ".", "A.RAW"}, "", {}, true},
     {"Scene",
      {"scene", "p", "--pixels", "-o", "out"},
@@ -190,6 +194,7 @@ const std::string kBroken = std::to_string(EIO);
 const std::string kFull = std::to_string(ENOSPC);
 const std::string kFullForGood = kFull + "+";
 const std::string kForbidden = std::to_string(EPERM);
+const std::string kNoMemory = std::to_string(ENOMEM);
 
 TEST_P(SystemFaults, AnInterruptedOrShortTransferIsGoneOnWith) {
   IsOvercome("read", kInterrupted);
@@ -228,6 +233,18 @@ TEST_P(SystemFaults, AFileThatCannotBePutInPlaceTakesTheOthersBack) {
   EXPECT_EQ(IsFatal("chmod", kForbidden, true), GetParam().outputs.size());
   IsOvercome("chmod", kInterrupted);
   IsFatal("mkdir", kFull, false);
+}
+
+TEST_P(SystemFaults, AnAllocationOfALibraryThatFailsIsTold) {
+  ForEveryCall("malloc", kNoMemory, false, [&](const CommandResult& result, const Files& before) {
+    // Qt takes a folder that it has no memory to open for an empty one, and the module promises no
+    // more of folders that cannot be read.
+    if (IsWhole(result) || (GetParam().words.front() == "files" && result.exitCode == 0)) return;
+    EXPECT_EQ(result.exitCode, 1);
+    // Qt may say something, too.
+    EXPECT_THAT(result.err, testing::MatchesRegex("([^r][^\n]*\n)*ravelin: [^\n]+; [^\n]+\n"));
+    EXPECT_EQ(FilesThere(false), before);
+  });
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, SystemFaults, testing::ValuesIn(kJobs),

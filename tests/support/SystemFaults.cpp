@@ -3,8 +3,9 @@
 //     CALL:NUMBER:HOW
 //
 // CALL is open, read, write, close, fsync, rename, mkdir or chmod, which stand for all forms of
-// that call; NUMBER counts its calls from 1; HOW is a number of errno, or "short" for half of the
-// bytes, "none" for none of them. A '+' behind the number fails every call from there on, "+1" the
+// that call, or malloc, which stands for the allocations of libraries written in C; NUMBER counts
+// its calls from 1; HOW is a number of errno, or "short" for half of the bytes, "none" for none of
+// them. A '+' behind the number fails every call from there on, "+1" the
 // next one as well. When the call comes, a byte is written to the descriptor RAVELIN_FAULT_SEEN.
 // With RAVELIN_FAULT_UNMAPPED no file can be mapped, so that every read is a call. Files of the
 // system do not count.
@@ -21,7 +22,15 @@
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string_view>
+
+extern "C" {
+void* __libc_malloc(size_t size);
+void* __libc_calloc(size_t count, size_t size);
+void* __libc_realloc(void* memory, size_t size);
+void __libc_free(void* memory);
+}
 
 #define PRELOADED extern "C" __attribute__((visibility("default")))
 
@@ -123,6 +132,16 @@ bool MappingIsRefused(int flags, int descriptor) {
   return true;
 }
 
+// What is allocated before the program begins does not count: the loader's own.
+std::atomic<bool> begun = false;
+__attribute__((constructor)) void Begin() {
+  begun = true;
+}
+
+bool MayAllocate() {
+  return !begun || Next("malloc") == Outcome::kDone;
+}
+
 }  // namespace
 
 #define OPEN_BY_PATH(name)                                   \
@@ -220,4 +239,31 @@ PRELOADED int fchmod(int file, mode_t mode) noexcept {
   if (Next("chmod") == Outcome::kFailed) return -1;
   static auto* const real = Real(&fchmod, "fchmod");
   return real(file, mode);
+}
+
+PRELOADED void* malloc(size_t size) noexcept {
+  return MayAllocate() ? __libc_malloc(size) : nullptr;
+}
+
+PRELOADED void* calloc(size_t count, size_t size) noexcept {
+  return MayAllocate() ? __libc_calloc(count, size) : nullptr;
+}
+
+PRELOADED void* realloc(void* memory, size_t size) noexcept {
+  return MayAllocate() ? __libc_realloc(memory, size) : nullptr;
+}
+
+// Those of C++ fail in ApplicationMemoryTest.cpp: here they do not count.
+void* operator new(size_t size) {
+  void* const memory = __libc_malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+void operator delete(void* memory) noexcept {
+  __libc_free(memory);
+}
+
+void operator delete(void* memory, size_t /*size*/) noexcept {
+  __libc_free(memory);
 }
