@@ -1,20 +1,22 @@
 // That the module leaves to the framework what is the framework's: this program supplies letter
-// case, white space, paths and files itself, by rules of its own, and the module must follow them.
+// case, white space, paths, files and more itself, by rules of its own that the module must follow.
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <limits>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "Kv/Path.h"
-#include "Kv/Stream.h"
-#include "Kv/Text.h"
+#include "Kv/Kv.h"
 #include "SatCommonUtils/Files.h"
 #include "SatCommonUtils/Log.h"
+#include "SatCommonUtils/Metadata.h"
+#include "SatCommonUtils/Raster.h"
 #include "SatCommonUtils/Shapefile.h"
 #include "SatCommonUtils/Text.h"
+#include "support/TempFolder.h"
 
 namespace {
 
@@ -29,6 +31,12 @@ std::string Replaced(std::string text, const std::string& from, const std::strin
     if (place != std::string::npos) c = to[place];
   }
   return text;
+}
+
+using StreamPointer = var_a_legacy::var_a<TKvStream*>;
+
+StreamPointer MemoryOf(const std::string& bytes) {
+  return StreamPointer(new TKvMemoryStream(bytes));
 }
 
 /// The files of this framework: one, whose operations are written down and fail as told.
@@ -61,6 +69,13 @@ std::string toupper(const std::string& text) {
   return Replaced(text, "abcdefghijklmnopqrstuvwxyz\xE4\xFF", "ABCDEFGHIJKLMNOPQRSTUVWXYZ\xC4\x9F");
 }
 
+std::string KvAnsiToChar(const std::string& text, TKvCharEncoding encoding) {
+  return std::to_string(encoding) + " " + Replaced(text, "\xFC", "u");
+}
+std::string ChannelKindToText(int kind) {
+  return "the kind " + std::to_string(kind);
+}
+
 // Asterisks are the only white space.
 std::string trim(std::string text) {
   text.erase(text.find_last_not_of('*') + 1);
@@ -80,6 +95,11 @@ std::string TKvPath::toSysStr() const {
 }
 std::string TKvPath::fileName() const {
   return path_.substr(path_.rfind(':') + 1);
+}
+
+bool KvDeleteFile(const TKvPath& path) {
+  files.Call("delete " + path.toSysStr());
+  return false;
 }
 
 TKvFileStream::TKvFileStream(const TKvPath& path, kvOpenMode mode, kvShareMode share)
@@ -137,6 +157,51 @@ TEST(FrameworkCaseTest, TemporaryFilesAreKeptInItsLowerCase) {
   TTemporaryFilesList list;
   list.InsertFile("/A\xC4\x9F");
   EXPECT_THAT(list.files, ElementsAre("/a\xE4\x9F"));
+}
+
+TEST(FrameworkCaseTest, FoldersOfATreeAreNamedInItsUpperCase) {
+  const TempFolder folder;
+  const std::string path = folder / "\xE4\xB8\x80";
+  folder.MakeFolder("\xE4\xB8\x80");
+  folder.Write("\xE4\xB8\x80/a", "");
+  std::map<std::string, TFilenamesList> tree;
+  FillFolderAndSubfoldersFilesList(path, &tree, true, nullptr);
+  EXPECT_THAT(tree, ElementsAre(testing::Key(toupper(path))));
+  EXPECT_TRUE(tree.begin()->first.ends_with("/\xC4\xB8\x80"));
+}
+
+TEST(FrameworkEncodingTest, XmlOfASectionIsConvertedByItToUtf8) {
+  std::string xml;
+  EXPECT_TRUE(WktSectionToXml("A[\"\xFC\"]", &xml));
+  EXPECT_THAT(xml, testing::StartsWith("1 <?xml"));
+  EXPECT_THAT(xml, testing::HasSubstr("\"u\""));
+}
+
+TEST(FrameworkKindsTest, ChannelsArePrintedByItsNamesOfTheirKinds) {
+  TRawWordDibData band;
+  ASSERT_TRUE(band.Setup(MemoryOf("12345678"), 2, 2, TRawWordDibData::boBigEndian));
+  ASSERT_TRUE(band.SetChannelsBands({7}));
+  std::vector<std::string> lines;
+  const TKvDebugSink former =
+      KvSetDebugSink([&](const std::string& line) { lines.push_back(line); });
+  band.DebugOutputChannels();
+  KvSetDebugSink(former);
+  EXPECT_THAT(lines, ElementsAre("--- DebugOutputChannels ---", "the kind 7",
+                                 "-^- DebugOutputChannels -^-"));
+}
+
+TEST(FrameworkTrimTest, ItsWhiteSpaceIsTakenOffItemsAndValuesOfMetadata) {
+  auto* const xml = new TKvMemoryStream;
+  const StreamPointer out(xml);
+  EXPECT_TRUE(PVLtoXML(MemoryOf("A = (*a*, b);\nEND;\n"), out));
+  EXPECT_THAT(xml->Bytes(), testing::HasSubstr("<A>a, b</A>"));
+
+  auto* const items = new TKvMemoryStream;
+  TKvXIniStreamWriter writer(StreamPointer(items), 0, TKvXIniStreamWriter::htFragment);
+  EXPECT_TRUE(WriteNotEmptyString(&writer, "first", "*a *"));
+  EXPECT_TRUE(WriteNotEmptyString(&writer, "second", "**"));
+  EXPECT_TRUE(writer.Close());
+  EXPECT_EQ(items->Bytes(), "<first>a </first>\n");
 }
 
 TEST(FrameworkTrimTest, ItsWhiteSpaceIsTakenOffWhatIsTrimmed) {
@@ -240,6 +305,19 @@ TEST_F(FrameworkFilesTest, FilesAreOpenedInTheTwoModesWithAllShared) {
   EXPECT_THAT(Calls(), ElementsAre(Opened("c", 10)));
   EXPECT_EQ(CheckShapeFile("d"), sftInvalid);
   EXPECT_THAT(Calls(), ElementsAre(Opened("d", 10)));
+}
+
+TEST_F(FrameworkFilesTest, TemporaryFilesAreDeletedByItAlone) {
+  const TempFolder folder;
+  folder.Write("a", "");
+  TTemporaryFilesList list;
+  list.InsertFile("b");
+  list.InsertFile("C");
+  list.DeleteFile(folder / "a");
+  EXPECT_THAT(Calls(), ElementsAre("delete " + folder / "a"));
+  EXPECT_TRUE(folder.Has("a"));
+  list.DeleteAllFiles();
+  EXPECT_THAT(Calls(), ElementsAre("delete b", "delete c"));
 }
 
 }  // namespace
