@@ -82,7 +82,7 @@ std::optional<Footprint> MakeFootprint(const SceneDescription& scene,
 void AddFootprint(const Footprint& footprint, SceneOutput& output) {
   const std::string name = "footprint.shp";
   const std::string mainFile = MainFile(footprint.ring, output.PathOf(name));
-  const ShapeCompanions companions = MakeShapeCompanions(mainFile);
+  const ShapeCompanions companions = MakeShapeCompanions(mainFile, output.PathOf(name));
   output.AddBytes(name, mainFile);
   output.AddBytes("footprint.shx", companions.index);
   output.AddBytes("footprint.dbf", companions.attributes);

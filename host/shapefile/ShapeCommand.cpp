@@ -115,7 +115,7 @@ void NoteStrangers(const std::string& base, bool hasWkt) {
 /// The main file comes last: whoever waits for it finds the others.
 void WriteFiles(const std::string& base, const FromPointsArguments& arguments,
                 const std::string& mainBytes, const std::string& wkt) {
-  const ShapeCompanions companions = MakeShapeCompanions(mainBytes);
+  const ShapeCompanions companions = MakeShapeCompanions(mainBytes, arguments.output);
   PendingFile index(base + ".shx");
   PendingFile attributes(base + ".dbf");
   PendingFile main(arguments.output);

@@ -1,40 +1,131 @@
 #include "host/shapefile/ShapeCompanions.h"
 
-#include <string_view>
+#include <shapefil.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <map>
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "Kv/Stream.h"
+#include "host/HostError.h"
 
 namespace ravelin {
 namespace {
 
-using std::literals::operator""sv;
+/// A header and the place of one record. Shapelib makes an index of anything.
+constexpr std::size_t kIndexBytes = 108;
 
-// Places in a main file: where its length stands in the header, and where its first record begins.
-constexpr std::size_t kLengthAt = 24;
-constexpr std::size_t kRecordAt = 100;
+// Shapelib reads and writes here instead of on the disk, so that its files can appear together with
+// the main file, or none of them. Its hooks are C functions without a context: the files of the
+// thread's call are found through a pointer. No exception may pass through it.
+class MemoryFiles {
+ public:
+  MemoryFiles() { current = this; }
+  MemoryFiles(const MemoryFiles&) = delete;
+  MemoryFiles& operator=(const MemoryFiles&) = delete;
+  ~MemoryFiles() { current = nullptr; }
 
-/// The header of the main file, with the length of the index in units of two bytes, and of the one
-/// record its place, in the same units, and its length, which the main file tells in its own
-/// header.
-std::string Index(const std::string& mainFile) {
-  std::string index = mainFile.substr(0, kRecordAt);
-  index.replace(kLengthAt, 4, "\0\0\0\x36"sv);
-  return index.append("\0\0\0\x32"sv).append(mainFile, kRecordAt + 4, 4);
-}
+  std::map<std::string, TKvMemoryStream> files;
+  std::string error;
+  bool full = false;  ///< a write fell short, for want of memory
 
-/// A table of dBASE III: one record, of ten bytes, behind a header of 65. Its date is always the
-/// same, so that the same points give the same files.
-std::string Attributes() {
-  std::string table("\x03\x5F\x07\x1A\x01\0\0\0\x41\0\x0A\0"sv);
-  table.resize(32);
-  table.append("ID\0\0\0\0\0\0\0\0\0N\0\0\0\0\x09"sv);
-  table.resize(64);
-  // The end of the header, a record that is not deleted, the end of the file.
-  return table.append("\r         1\x1A"sv);
+  static SAHooks Hooks() {
+    SAHooks hooks = {};
+    hooks.FOpen = Open;
+    hooks.FRead = Read;
+    hooks.FWrite = Write;
+    hooks.FSeek = Seek;
+    hooks.FTell = [](SAFile file) -> SAOffset { return Stream(file)->GetPos(); };
+    hooks.FFlush = [](SAFile) { return 0; };
+    hooks.FClose = [](SAFile) { return 0; };
+    hooks.Remove = [](const char*) { return 0; };
+    hooks.Error = KeepError;
+    hooks.Atof = [](const char* text) { return std::strtod(text, nullptr); };
+    return hooks;
+  }
+
+ private:
+  static TKvMemoryStream* Stream(SAFile file) { return reinterpret_cast<TKvMemoryStream*>(file); }
+
+  /// Modes that begin with 'w' empty the file, the others want one.
+  static SAFile Open(const char* name, const char* access) {
+    try {
+      auto& files = current->files;
+      if (access[0] == 'w') {
+        files.erase(name);
+      } else if (files.count(name) == 0) {
+        return nullptr;
+      }
+      TKvMemoryStream& stream = files[name];
+      stream.SetPos(0);
+      return reinterpret_cast<SAFile>(&stream);
+    } catch (const std::bad_alloc&) {
+      return nullptr;
+    }
+  }
+
+  /// Shapelib looks at all that it asked for, also when it got less.
+  static SAOffset Read(void* to, SAOffset size, SAOffset count, SAFile file) {
+    std::memset(to, 0, size * count);
+    return size == 0 ? 0 : Stream(file)->Read(to, size * count) / size;
+  }
+
+  static SAOffset Write(void* from, SAOffset size, SAOffset count, SAFile file) {
+    const SAOffset written = Stream(file)->Write(from, size * count);
+    if (written < size * count) current->full = true;
+    return size == 0 ? 0 : written / size;
+  }
+
+  static SAOffset Seek(SAFile file, SAOffset offset, int whence) {
+    TKvMemoryStream* const stream = Stream(file);
+    SAOffset base = 0;
+    if (whence == SEEK_CUR) base = stream->GetPos();
+    if (whence == SEEK_END) base = stream->getSize();
+    return stream->SetPos(base + offset) ? 0 : 1;
+  }
+
+  static void KeepError(const char* message) {
+    try {
+      current->error = message;
+    } catch (const std::bad_alloc&) {
+      current->error.clear();
+    }
+  }
+
+  static thread_local MemoryFiles* current;
+};
+
+thread_local MemoryFiles* MemoryFiles::current = nullptr;
+
+using Attributes = std::unique_ptr<DBFInfo, decltype(&DBFClose)>;
+
+bool WriteAttributes(const char* name, SAHooks* hooks) {
+  const Attributes attributes(DBFCreateLL(name, nullptr, hooks), &DBFClose);
+  if (attributes == nullptr) return false;
+  const int field = DBFAddField(attributes.get(), "ID", FTInteger, 9, 0);
+  return field >= 0 && DBFWriteIntegerAttribute(attributes.get(), 0, field, 1) != 0;
 }
 
 }  // namespace
 
-ShapeCompanions MakeShapeCompanions(const std::string& mainFile) {
-  return {Index(mainFile), Attributes()};
+ShapeCompanions MakeShapeCompanions(const std::string& mainFile, const std::string& name) {
+  MemoryFiles memory;
+  memory.files.emplace("a.shp", mainFile);
+  SAHooks hooks = MemoryFiles::Hooks();
+  const bool made = SHPRestoreSHX("a.shp", "rb", &hooks) != 0 && WriteAttributes("a.dbf", &hooks);
+  // Shapelib looks at the result of few writes.
+  if (memory.full) throw std::bad_alloc();
+  ShapeCompanions companions = {memory.files["a.shx"].Bytes(), memory.files["a.dbf"].Bytes()};
+  if (!made || companions.index.size() != kIndexBytes) {
+    throw HostError(name, "has no index or attributes that can be made: " + memory.error,
+                    "check the points, or give fewer");
+  }
+  return companions;
 }
 
 }  // namespace ravelin

@@ -11,7 +11,8 @@ struct ShapeCompanions {
   std::string attributes;  ///< .dbf: the field ID, 1 for the one record
 };
 
-/// Makes them for a main file with these bytes, which hold a header and one record.
-ShapeCompanions MakeShapeCompanions(const std::string& mainFile);
+/// Has shapelib make them for a main file with these bytes and one record. Throws HostError naming
+/// `name` when it cannot.
+ShapeCompanions MakeShapeCompanions(const std::string& mainFile, const std::string& name);
 
 }  // namespace ravelin

@@ -56,7 +56,7 @@ check_package(libravelin1 "libc6;libpugixml1v5;libqt5core5a" ${LIBDIR}/Ravelin.s
 check_package(
   libravelin-dev "${same}" ${LIBDIR}/libKv.so ${LIBDIR}/pkgconfig/ravelin.pc
   ${LIBDIR}/cmake/Ravelin/RavelinConfig.cmake include/Kv/Kv.h include/SatCommonUtils/Version.h)
-check_package(ravelin "${same};libpng16-16" bin/ravelin share/man/man1/ravelin.1.gz
+check_package(ravelin "${same};libpng16-16;libshp" bin/ravelin share/man/man1/ravelin.1.gz
               share/bash-completion/completions/ravelin)
 
 run(printed ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${WORK_DIR}/root/usr/${LIBDIR}

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "host/HostError.h"
 #include "shapefile/ShapeFiles.h"
 
 namespace {
@@ -13,7 +14,7 @@ using ravelin::MakeShapeCompanions;
 
 TEST(ShapeCompanions, TheIndexIsAHeaderAndWhereTheRecordLies) {
   const std::string main = FileOf({kSquare}).Bytes();
-  const std::string index = MakeShapeCompanions(main).index;
+  const std::string index = MakeShapeCompanions(main, "a.shp").index;
   ASSERT_EQ(index.size(), 108u);
   std::string header = main.substr(0, 100);
   header.replace(24, 4, BigInt(54));
@@ -22,13 +23,21 @@ TEST(ShapeCompanions, TheIndexIsAHeaderAndWhereTheRecordLies) {
 }
 
 TEST(ShapeCompanions, TheAttributesAreOneNumberForTheOneRecord) {
-  const std::string table = MakeShapeCompanions(FileOf({kSquare}).Bytes()).attributes;
-  EXPECT_EQ(table.substr(0, 4), "\x03\x5F\x07\x1A");
-  EXPECT_EQ(table.substr(4, 28),
-            LittleInt(1) + std::string("\x41\0\x0A", 3) + std::string(21, '\0'));
-  EXPECT_EQ(table.substr(32, 16), "ID" + std::string(9, '\0') + "N" + std::string(4, '\0'));
-  EXPECT_EQ(table.substr(48, 16), "\x09" + std::string(15, '\0'));
-  EXPECT_EQ(table.substr(64), "\r         1\x1A");
+  const std::string table = MakeShapeCompanions(FileOf({kSquare}).Bytes(), "a.shp").attributes;
+  EXPECT_EQ(table.substr(4, 8), LittleInt(1) + std::string("\x41\0\x0A\0", 4));
+  EXPECT_EQ(table.substr(32, 3), std::string("ID\0", 3));
+  EXPECT_EQ(table.substr(65, 10), "         1");
+}
+
+TEST(ShapeCompanions, AreTheSameEveryTime) {
+  const std::string main = FileOf({kSquare}).Bytes();
+  EXPECT_EQ(MakeShapeCompanions(main, "a").attributes, MakeShapeCompanions(main, "b").attributes);
+}
+
+TEST(ShapeCompanions, AMainFileWithoutARecordIsRefused) {
+  std::string header = FileOf({kSquare}).Bytes().substr(0, 100);
+  header.replace(24, 4, BigInt(50));
+  EXPECT_THROW(MakeShapeCompanions(header, "a.shp"), ravelin::HostError);
 }
 
 }  // namespace
