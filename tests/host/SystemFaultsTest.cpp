@@ -240,10 +240,12 @@ TEST_P(SystemFaults, AnAllocationOfALibraryThatFailsIsTold) {
     // Qt takes a folder that it has no memory to open for an empty one, and the module promises no
     // more of folders that cannot be read.
     if (IsWhole(result) || (GetParam().words.front() == "files" && result.exitCode == 0)) return;
+    EXPECT_EQ(FilesThere(false), before);
+    // Shapelib uses its first block without a look at it.
+    if (GetParam().name == "Shape" && result.exitCode == -1) return;
     EXPECT_EQ(result.exitCode, 1);
     // Qt may say something, too.
     EXPECT_THAT(result.err, testing::MatchesRegex("([^r][^\n]*\n)*ravelin: [^\n]+; [^\n]+\n"));
-    EXPECT_EQ(FilesThere(false), before);
   });
 }
 
