@@ -12,8 +12,8 @@ class BlockSurvey {
  public:
   explicit BlockSurvey(std::string_view mark)
       : hasMark_(mark.size() > 1),
-        first_(hasMark_ ? mark[0] : 0),
-        second_(hasMark_ ? mark[1] : 0) {}
+        first_(hasMark_ ? mark[0] : '\0'),
+        second_(hasMark_ ? mark[1] : '\0') {}
 
   void Look(__m128i block, __m128i next) {
     const __m128i space = _mm_or_si128(kv::Equal(block, '\r'), kv::Between(block, '\t', '\n'));
