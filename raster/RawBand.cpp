@@ -59,7 +59,7 @@ TRawDibData<T>::TRawDibData() = default;
 
 template <class T>
 TRawDibData<T>::~TRawDibData() {
-  delete[] rowCache;
+  Clear();
 }
 
 template <class T>

@@ -17,6 +17,7 @@ constexpr unsigned char kTailByte = 0xA5;
 
 std::size_t arrayLimit = kGreatest;
 long liveArrays = 0;
+long mostLiveArrays = 0;
 long damagedArrays = 0;
 bool logging = false;
 std::array<std::size_t, 64> loggedSizes;
@@ -38,7 +39,7 @@ void* AllocateArray(std::size_t size) {
   std::memcpy(bytes, &size, sizeof size);
   std::memset(bytes + kHeader, raster_test::kFreshByte, size);
   std::memset(bytes + kHeader + size, kTailByte, kTail);
-  ++liveArrays;
+  mostLiveArrays = std::max(mostLiveArrays, ++liveArrays);
   return bytes + kHeader;
 }
 
@@ -116,6 +117,7 @@ ArrayLimit::~ArrayLimit() {
 
 ArrayLog::ArrayLog() {
   loggedCount = 0;
+  mostLiveArrays = liveArrays;
   logging = true;
 }
 ArrayLog::~ArrayLog() {
@@ -124,6 +126,9 @@ ArrayLog::~ArrayLog() {
 std::vector<std::size_t> ArrayLog::Sizes() const {
   return std::vector<std::size_t>(loggedSizes.begin(),
                                   loggedSizes.begin() + static_cast<std::ptrdiff_t>(loggedCount));
+}
+long ArrayLog::MostAlive() const {
+  return mostLiveArrays;
 }
 
 AllocationFailure::AllocationFailure(long n) {

@@ -26,7 +26,8 @@ class ArrayLimit {
   ~ArrayLimit();
 };
 
-/// Records the sizes of the arrays asked for while it lives, at most 64.
+/// Records the sizes of the arrays asked for while it lives, at most 64, and how many there were at
+/// once.
 class ArrayLog {
  public:
   ArrayLog();
@@ -34,6 +35,8 @@ class ArrayLog {
   ArrayLog& operator=(const ArrayLog&) = delete;
   ~ArrayLog();
   std::vector<std::size_t> Sizes() const;
+  /// The most that LiveArrays() has been meanwhile.
+  long MostAlive() const;
 };
 
 /// While it lives, the allocation number `n`, counted from 0, and every later one fails; plain

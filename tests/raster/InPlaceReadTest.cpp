@@ -174,6 +174,20 @@ TEST_F(InPlaceReadTest, AFailedReadInPlaceGivesTwoAndLeavesTheRowsAsTheyWere) {
   EXPECT_EQ(rows.step, 5);
 }
 
+TEST_F(InPlaceReadTest, ARowCacheThatCannotBeAllocatedLeavesTheBlockZero) {
+  long pos[] = {0, 0};
+  long column[] = {1, 6};
+  long row[] = {6, 1};
+  ASSERT_TRUE(ClearsWhatItLeavesUnread(band));
+  ASSERT_TRUE(band.AllocReadData(pos, column));
+  ASSERT_EQ(Buffers::Samples(band), std::vector<unsigned short>(6, 0x7878));
+  {
+    const raster_test::ArrayLimit limit(11);
+    EXPECT_FALSE(band.AllocReadData(pos, row));
+  }
+  EXPECT_EQ(Buffers::Samples(band), std::vector<unsigned short>(6, 0));
+}
+
 TEST_F(InPlaceReadTest, WithoutAPartTheBandIsAskedThroughItsGetRect) {
   MockBand mock(8, 6, 2, {1});
   mock.result = 7;

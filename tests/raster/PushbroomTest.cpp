@@ -454,6 +454,37 @@ TEST_F(PushbroomTest, AllocReadDataGivesWhatReadDataGives) {
   EXPECT_FALSE(Alloc(band, 1, 1));
 }
 
+TEST_F(PushbroomTest, ABlockWithoutSamplesIsReadAllTheSame) {
+  ScriptedBand band(8, 6);
+  band.fills = false;
+  EXPECT_TRUE(Alloc(band, 0, 3));
+  EXPECT_TRUE(Alloc(band, 3, 0));
+  EXPECT_TRUE(Alloc(band, 3, -2));
+  EXPECT_THAT(band.blocks,
+              ElementsAre(ScriptedBand::Block{0, 0, 0, 3}, ScriptedBand::Block{0, 0, 3, 0},
+                          ScriptedBand::Block{0, 0, 3, -2}));
+  EXPECT_EQ(band.readBufferSize, 0);
+  band.readResult = false;
+  EXPECT_FALSE(Alloc(band, 3, 0));
+}
+
+TEST_F(PushbroomTest, ARequestToARasterWithoutBandsIsServedWithoutAByte) {
+  ScriptedBand band(8, 6, 0);
+  Output out(6, 16);
+  EXPECT_EQ(Get(band, out, Request(2, 1, 3, 2)), 3);
+  EXPECT_THAT(band.blocks, ElementsAre(ScriptedBand::Block{2, 3, 3, 2}));
+  EXPECT_TRUE(out.Untouched());
+}
+
+TEST_F(PushbroomTest, AReadBufferThatIsTooSmallIsFreedBeforeALargerOneIsMade) {
+  ScriptedBand band(8, 6);
+  ASSERT_TRUE(Alloc(band, 2, 2));
+  const long before = raster_test::LiveArrays();
+  const ArrayLog log;
+  EXPECT_TRUE(Alloc(band, 8, 6));
+  EXPECT_EQ(log.MostAlive(), before);
+}
+
 TEST_F(PushbroomTest, AReadBufferThatCannotBeAllocatedFailsBeforeAnythingIsRead) {
   ScriptedBand band(8, 6);
   ASSERT_TRUE(Alloc(band, 2, 2));

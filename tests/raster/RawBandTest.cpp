@@ -124,6 +124,7 @@ TEST_F(RawBandTest, SetupKeepsTheSizeOneBandAndAReferenceToTheStream) {
 
 TEST_F(RawBandTest, SetupDescribesOneChannelOfTwoBytes) {
   band.channels.sampleType = 77;
+  band.channels.sampleSize = 8;
   ASSERT_TRUE(band.Setup(reference, 7, 5, kLittle));
   EXPECT_EQ(band.channels.sampleType, 1);
   EXPECT_EQ(band.channels.sampleSize, 2u);
@@ -183,11 +184,31 @@ TEST_F(RawBandTest, AFailedSetupReleasesTheStreamAndTheRowCacheHeldBefore) {
   EXPECT_EQ(reference.use_count(), 1);
 }
 
-TEST_F(RawBandTest, AFailedSetupKeepsTheChannelKinds) {
+TEST_F(RawBandTest, AFailedSetupKeepsTheChannelKindsAndTheLevel) {
   SetUpBand(4, 3);
   EXPECT_FALSE(band.Setup(reference, 0, 3, kLittle));
   EXPECT_THAT(band.channels.kinds, ElementsAre(1));
   EXPECT_EQ(band.channels.sampleSize, 2u);
+  EXPECT_EQ(band.GetScaleDimensions(0), (vec_t_<unsigned long, 2>{{4, 3}}));
+}
+
+TEST_F(RawBandTest, ASetupKeepsTheReadBuffer) {
+  SetUpBand(4, 3);
+  ASSERT_TRUE(Alloc(0, 0, 4, 3));
+  const unsigned short* buffer = band.readBuffer;
+  EXPECT_FALSE(band.Setup(reference, 4, 0, kLittle));
+  EXPECT_TRUE(band.Setup(reference, 4, 3, kLittle));
+  EXPECT_EQ(band.readBuffer, buffer);
+  EXPECT_EQ(band.readBufferSize, 12);
+}
+
+TEST_F(RawBandTest, ASetupLeavesTheNameAndTheFlagOfTheHost) {
+  band.bandName = "near infrared";
+  band.bandFlag = true;
+  EXPECT_FALSE(band.Setup(reference, 4, 0, kLittle));
+  EXPECT_TRUE(band.Setup(reference, 4, 3, kLittle));
+  EXPECT_EQ(band.bandName, "near infrared");
+  EXPECT_TRUE(band.bandFlag);
 }
 
 TEST_F(RawBandTest, ASecondSetupTakesTheNewStreamAndDropsTheRowCache) {
@@ -200,6 +221,8 @@ TEST_F(RawBandTest, ASecondSetupTakesTheNewStreamAndDropsTheRowCache) {
   EXPECT_EQ(band.width, 9);
   EXPECT_EQ(band.height, 8);
   EXPECT_EQ(band.bandsCount, 1);
+  EXPECT_EQ(band.GetAllLevels(nullptr), 1u);
+  EXPECT_EQ(band.GetScaleDimensions(0), (vec_t_<unsigned long, 2>{{9, 8}}));
   EXPECT_EQ(band.rowCache, nullptr);
   EXPECT_EQ(band.rowCacheSize, 0u);
 }
@@ -228,6 +251,24 @@ TEST_F(RawBandTest, AfterASecondSetupTheReadsHaveTwiceTheBytesAPixel) {
   EXPECT_THAT(stream->reads,
               ElementsAre(Transfer{(1 * 4 + 1) * 4, 8}, Transfer{(2 * 4 + 1) * 4, 8}));
   EXPECT_EQ(band.readBufferSize, 4);
+}
+
+TEST_F(RawBandTest, APixelHasTheBytesThatTheChannelDescriptionSays) {
+  SetUpBand(4, 3);
+  band.channels.kinds = {1, 1, 1};
+  band.channels.sampleSize = 4;
+  stream->endless = true;
+  EXPECT_TRUE(Alloc(1, 1, 2, 1));
+  EXPECT_THAT(stream->reads, ElementsAre(Transfer{(1 * 4 + 1) * 12, 24}));
+  EXPECT_EQ(band.rowCacheSize, 24u);
+}
+
+TEST_F(RawBandTest, PixelsOfMoreThanOneSampleGiveTheirFirst) {
+  SetUpBand(2, 2, kBig);
+  SetUpBand(2, 2, kBig);
+  stream->bytes = "AaBbCcDdEeFfGgHh";
+  EXPECT_TRUE(Alloc(0, 0, 2, 2));
+  EXPECT_THAT(Buffer(4), ElementsAre(0x4161, 0x4363, 0x4565, 0x4767));
 }
 
 TEST_F(RawBandTest, ABlockBeforeTheFileOrBeyondAnyOffsetIsNotRead) {
@@ -298,6 +339,15 @@ TEST_F(RawBandTest, ABlockWithoutRowsIsReadWithoutTouchingTheStream) {
   EXPECT_EQ(stream->calls, "");
 }
 
+TEST_F(RawBandTest, ABlockWithoutRowsGrowsTheRowCacheAllTheSame) {
+  SetUpBand(5, 4);
+  EXPECT_TRUE(Alloc(0, 0, 3, 0));
+  EXPECT_EQ(band.rowCacheSize, 6u);
+  ArrayLimit limit(7);
+  EXPECT_FALSE(Alloc(0, 0, 4, 0));
+  EXPECT_EQ(band.rowCacheSize, 0u);
+}
+
 TEST_F(RawBandTest, TheRowCacheHoldsExactlyTheBytesOfTheWidestRow) {
   SetUpBand(10, 8);
   EXPECT_TRUE(Alloc(0, 0, 4, 3));
@@ -323,6 +373,15 @@ TEST_F(RawBandTest, ARequestNoLargerThanBeforeAllocatesNoArray) {
   EXPECT_TRUE(Alloc(0, 0, 9, 3));
   EXPECT_TRUE(Alloc(1, 2, 4, 5));
   EXPECT_THAT(log.Sizes(), IsEmpty());
+}
+
+TEST_F(RawBandTest, BuffersThatAreTooSmallAreFreedBeforeLargerOnesAreMade) {
+  SetUpBand(10, 8);
+  ASSERT_TRUE(Alloc(0, 0, 2, 2));
+  const long before = raster_test::LiveArrays();
+  const ArrayLog log;
+  EXPECT_TRUE(Alloc(0, 0, 9, 3));
+  EXPECT_EQ(log.MostAlive(), before);
 }
 
 TEST_F(RawBandTest, TheBuffersAreNoLargerThanTheBlockAndTheRow) {
@@ -615,6 +674,42 @@ TEST_F(RawBandTest, DestroyingTheReaderFreesItsBuffers) {
     EXPECT_EQ(raster_test::LiveArrays(), before + 2);
   }
   EXPECT_EQ(raster_test::LiveArrays(), before);
+}
+
+/// Notes how many arrays there are when it goes.
+class DyingStream : public TKvMemoryStream {
+ public:
+  explicit DyingStream(long* arrays) : TKvMemoryStream(FileOf(4, 3, kLittle)), arrays_(arrays) {}
+  ~DyingStream() override { *arrays_ = raster_test::LiveArrays(); }
+
+ private:
+  long* arrays_;
+};
+
+/// Sets the reader up with such a stream and makes it allocate both buffers.
+void ReadFromDyingStream(TRawWordDibData& reader, long* arrays) {
+  ASSERT_TRUE(reader.Setup(StreamReference(new DyingStream(arrays)), 4, 3, kLittle));
+  long pos[] = {0, 0};
+  long size[] = {4, 3};
+  ASSERT_TRUE(reader.AllocReadData(pos, size));
+}
+
+TEST_F(RawBandTest, DestroyingTheReaderReleasesTheStreamBeforeItsBuffers) {
+  const long before = raster_test::LiveArrays();
+  long arrays = -1;
+  {
+    TRawWordDibData brief;
+    ReadFromDyingStream(brief, &arrays);
+  }
+  EXPECT_EQ(arrays, before + 2);
+}
+
+TEST_F(RawBandTest, ASetupReleasesTheStreamHeldBeforeTheRowCache) {
+  const long before = raster_test::LiveArrays();
+  long arrays = -1;
+  ReadFromDyingStream(band, &arrays);
+  EXPECT_TRUE(band.Setup(reference, 4, 3, kLittle));
+  EXPECT_EQ(arrays, before + 2);
 }
 
 TEST_F(RawBandTest, ReadersMayShareOneStream) {
