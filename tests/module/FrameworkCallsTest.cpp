@@ -1,5 +1,6 @@
-// That the module leaves to the framework what is the framework's: this program supplies letter
-// case, white space, paths, files and more itself, by rules of its own that the module must follow.
+// That the module leaves to the framework what is the framework's: this program supplies
+// services, letter case, white space, paths, files and more itself, by rules of its own that the
+// module must follow.
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -13,6 +14,7 @@
 #include "SatCommonUtils/Files.h"
 #include "SatCommonUtils/Log.h"
 #include "SatCommonUtils/Metadata.h"
+#include "SatCommonUtils/Module.h"
 #include "SatCommonUtils/Raster.h"
 #include "SatCommonUtils/Shapefile.h"
 #include "SatCommonUtils/Text.h"
@@ -55,11 +57,25 @@ struct Files {
 
 Files files;
 
+/// What was asked of the services, each with the module's count of initialisations then.
+std::vector<std::string> serviceCalls;
+
+void CallServices(const std::string& call) {
+  serviceCalls.push_back(call + " " + std::to_string(KvModule_Initializer::getInst().counter));
+}
+
 std::string Opened(const std::string& path, int mode) {
   return "open " + path + " " + std::to_string(mode) + " 4294967295";
 }
 
 }  // namespace
+
+void Init_KvServices() {
+  CallServices("up");
+}
+void Deinit_KvServices() {
+  CallServices("down");
+}
 
 // Latin-1 letters have case too; FF has an upper case, 9F, that has no lower case.
 std::string tolower(const std::string& text) {
@@ -126,6 +142,15 @@ unsigned long TKvFileStream::Write(const void* buffer, unsigned long count) {
 }
 
 namespace {
+
+TEST(FrameworkServicesTest, TheyComeUpAndGoDownOnceForAnyNumberOfInitialisations) {
+  for (int turn = 0; turn < 2; ++turn) {
+    for (int i = 0; i < 3; ++i) Init_Ravelin();
+    EXPECT_THAT(std::exchange(serviceCalls, {}), ElementsAre("up 0"));
+    for (int i = 0; i < 5; ++i) Deinit_Ravelin();
+    EXPECT_THAT(std::exchange(serviceCalls, {}), ElementsAre("down 0"));
+  }
+}
 
 TEST(FrameworkCaseTest, BeginningsPartsAndEndsAreComparedInItsUpperCase) {
   for (const auto& [upper, lower] : {std::pair("\xC4"s, "\xE4"s), std::pair("\x9F"s, "\xFF"s)}) {
