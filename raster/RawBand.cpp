@@ -143,6 +143,7 @@ bool TRawDibData<T>::TryReadRows(const long* pos, const long* size, bool swapByt
   const std::optional<long> bytesPerPixel = SizeProduct(kinds, this->channels.sampleSize);
   const std::optional<long> rowBytes =
       bytesPerPixel ? SizeProduct(size[0], *bytesPerPixel) : std::nullopt;
+  if (!rowBytes) FreeRowCache();  // as for one that cannot be allocated
   if (!rowBytes || !GrowRowCache(static_cast<unsigned long>(*rowBytes))) return false;
   if (size[1] < 1) return true;
 

@@ -404,6 +404,18 @@ TEST_F(RawBandTest, ARowCacheThatCannotBeAllocatedFailsTheReadBeforeTheStreamIsT
   EXPECT_EQ(band.rowCacheSize, 0u);
 }
 
+TEST_F(RawBandTest, ARowWhoseBytesCannotBeCountedFailsLikeARowCacheThatCannotBeAllocated) {
+  SetUpBand(32, 8);
+  for (const long width : {1L << 62, -1L}) {
+    ASSERT_TRUE(Alloc(0, 0, 4, 8));
+    stream->Forget();
+    EXPECT_FALSE(Alloc(0, 0, width, 0));
+    EXPECT_EQ(stream->calls, "");
+    EXPECT_EQ(band.rowCache, nullptr);
+    EXPECT_EQ(band.rowCacheSize, 0u);
+  }
+}
+
 TEST_F(RawBandTest, AReaderRecoversFromARowCacheThatCouldNotBeAllocated) {
   SetUpBand(32, 8);
   ASSERT_TRUE(Alloc(0, 0, 4, 8));
