@@ -1,3 +1,6 @@
+#include <string>
+#include <utility>
+
 #include "SatCommonUtils/Text.h"
 #include "SatCommonUtils/Tree.h"
 #include "tree/EscapedText.h"
@@ -16,7 +19,10 @@ std::string TStringTreeField::ValueToString(std::size_t i) const {
 
 bool TStringTreeField::StringToValue(const char* text, std::size_t length, std::size_t i) {
   if (i >= count) return false;
-  DecodeTo(text, length, &values[i]);
+  // The text may lie in the value that it is for.
+  std::string value;
+  DecodeTo(text, length, &value);
+  values[i] = std::move(value);
   return true;
 }
 

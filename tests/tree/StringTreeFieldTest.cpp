@@ -29,6 +29,14 @@ TEST(StringTreeFieldTest, APieceOfTextIsUnescaped) {
   EXPECT_EQ(field.values[0], "a\tb\\q");
 }
 
+TEST(StringTreeFieldTest, APieceOfTheValueItselfIsUnescaped) {
+  TStringTreeField field(1, 0, std::string("abc\\tdef"), "");
+  EXPECT_TRUE(field.StringToValue(field.values[0].data() + 2, 4, 0));
+  EXPECT_EQ(field.values[0], "c\td");
+  EXPECT_TRUE(field.StringToValue(field.values[0], 0));
+  EXPECT_EQ(field.values[0], "c\td");
+}
+
 TEST(StringTreeFieldTest, AStringIsTakenAsItIs) {
   TStringTreeField field(1, 0, std::string("old"), "");
   EXPECT_TRUE(field.StringToValue(std::string("a\\tb"), 0));
