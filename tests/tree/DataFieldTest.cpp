@@ -154,19 +154,41 @@ TEST(DataFieldTest, ValuesBeyondTheCountAreDropped) {
   EXPECT_EQ(rest, "rest");
 }
 
+/// Writes down what it is to set its values from, and sets none.
+struct AskedField : Field {
+  using Field::Field;
+  bool StringToValue(const char* text, std::size_t length, std::size_t i) override {
+    return StringToValue(std::string(text, length), i);
+  }
+  bool StringToValue(const std::string& text, std::size_t i) override {
+    asked += std::to_string(i) + "=" + text + ";";
+    return false;
+  }
+  std::string asked;
+};
+
 TEST(DataFieldTest, ADerivedClassIsAskedForTheValuesOfTheCountOnly) {
-  struct Asked : Field {
-    using Field::Field;
-    bool StringToValue(const char* text, std::size_t length, std::size_t i) override {
-      asked += std::to_string(i) + "=" + std::string(text, length) + ";";
-      return true;
-    }
-    std::string asked;
-  };
-  Asked field(0, 0, nullptr, 0, "");
+  AskedField field(0, 0, nullptr, 0, "");
   std::size_t position = 0;
   field.ReadFromString("(3,4)[2]x\ta\tb\tc\td\n", &position);
   EXPECT_EQ(field.asked, "0=a;1=b;");
+}
+
+TEST(DataFieldTest, ADerivedClassPutsEachValueWhereItsPositionSays) {
+  struct Placed : Field {
+    using Field::Field;
+    std::size_t ValueToString(std::size_t i, char* buffer, std::size_t position) const override {
+      const std::string text = std::to_string(i) + "@" + std::to_string(position);
+      if (buffer != nullptr) text.copy(buffer + position, text.size());
+      return text.size();
+    }
+  };
+  std::string values[] = {"a", "b"};
+  const Placed field(3, 4, values, 2, "x");
+  EXPECT_EQ(field.WriteToString(nullptr, 5, 1), 21u);
+  char buffer[] = "#############################";
+  EXPECT_EQ(field.WriteToString(buffer, 5, 1), 21u);
+  EXPECT_STREQ(buffer, "#####\t(3,4)[2]x\t0@16\t1@21\n###");
 }
 
 TEST(DataFieldTest, ValuesTooLongForAnyTextThrow) {
@@ -322,6 +344,34 @@ TEST(DataFieldTest, ReadsItsItemsInAnyOrderAndAsAttributes) {
             "S(3,4)1:x[1:a;]");
   EXPECT_EQ(ReadDocument("<xini tag=\"3\" idx=\"4\" hdr=\"x\"><data><_>a</_></data></xini>"),
             "S(3,4)1:x[1:a;]");
+}
+
+TEST(DataFieldTest, TheReaderStandsWhereItStoodAfterReadingXml) {
+  TKvXIniReader reader(StreamPointer(
+      new TKvMemoryStream(Document("<tag>3</tag><idx>4</idx><hdr>x</hdr><data><_>a</_></data>"))));
+  TStringTreeField field(0, 0, nullptr, 0, "");
+  EXPECT_TRUE(field.ReadFromXML(&reader, 0));
+  EXPECT_EQ(reader.GetItemCount(), 4u);
+}
+
+TEST(DataFieldTest, ADerivedClassIsAskedForEachValueOfXmlWhateverItAnswers) {
+  TKvXIniReader reader(StreamPointer(new TKvMemoryStream(
+      Document("<tag>3</tag><idx>4</idx><hdr>x</hdr><data><_>a</_><_>b</_></data>"))));
+  AskedField field(0, 0, nullptr, 0, "");
+  EXPECT_TRUE(field.ReadFromXML(&reader, 0));
+  EXPECT_EQ(field.asked, "0=a;1=b;");
+}
+
+TEST(DataFieldTest, AReaderThatThrowsAnythingMakesReadingXmlGiveFalse) {
+  struct Throwing : TKvXIniReader {
+    using TKvXIniReader::TKvXIniReader;
+    unsigned long GetItemCount() const override { throw 1; }
+  };
+  Throwing reader(StreamPointer(
+      new TKvMemoryStream(Document("<tag>3</tag><idx>4</idx><hdr>x</hdr><data><_>a</_></data>"))));
+  TStringTreeField field(0, 0, nullptr, 0, "");
+  EXPECT_FALSE(field.ReadFromXML(&reader, 0));
+  EXPECT_EQ(DescribeField(field), "S(3,4)1:x[]");
 }
 
 TEST(DataFieldTest, MissingXmlGivesFalseAndKeepsWhatWasRead) {

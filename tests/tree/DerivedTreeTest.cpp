@@ -2,9 +2,12 @@
 // wherever the general algorithms call for them.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <memory>
+#include <set>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "tree/TreeTest.h"
 
@@ -92,13 +95,76 @@ TEST(DerivedTreeTest, ReadingXmlCallsTheFactories) {
   ExpectDerivedThroughout(tree);
 }
 
+/// Writes down what its factories are to read, and leaves the reading to the string tree.
+class NotingTree : public TStringTree {
+ public:
+  using TStringTree::CreateField;
+  using TStringTree::CreateSubtree;
+  using TStringTree::TStringTree;
+
+  std::vector<std::string> calls;
+  std::set<const char*> texts;
+
+  Tree* CreateSubtree(const char* text, std::size_t* position) override {
+    texts.insert(text);
+    calls.push_back("subtree " + std::to_string(*position));
+    return TStringTree::CreateSubtree(text, position);
+  }
+  Tree* CreateSubtree(TKvXIniReader* reader, std::size_t item) override {
+    calls.push_back("subtree " + std::to_string(item));
+    return TStringTree::CreateSubtree(reader, item);
+  }
+  Field* CreateField(const char* text, std::size_t* position) override {
+    texts.insert(text);
+    calls.push_back("field " + std::to_string(*position));
+    return TStringTree::CreateField(text, position);
+  }
+  Field* CreateField(TKvXIniReader* reader, std::size_t item) override {
+    calls.push_back("field " + std::to_string(item));
+    return TStringTree::CreateField(reader, item);
+  }
+};
+
+TEST(DerivedTreeTest, TheFactoriesOfTextGetTheWholeTextAndWhereTheyAreToBegin) {
+  const char* const text = "#\t(0,0)r\n\t(1,0)[1]a\tx\n\t\t(2,0)s\n\t\t\n(3,0)[1]b\ty\n\n";
+  NotingTree tree(0, 0, nullptr, "");
+  std::size_t position = 1;
+  tree.ReadFromString(text, &position, nullptr);
+  EXPECT_EQ(tree.texts, std::set<const char*>{text});
+  EXPECT_EQ(tree.calls, (std::vector<std::string>{"field 10", "subtree 22", "field 34"}))
+      << "a field behind its tabs, a subtree in front of them";
+}
+
+TEST(DerivedTreeTest, TheFactoriesOfXmlGetThePositionOfTheirSection) {
+  TStringTree source(0, 0, nullptr, "");
+  for (const int tag : {7, 8, 9}) {
+    source.InsertInteger("f", tag, 0, 1);
+    source.InsertSubtree("t", tag, 0);
+  }
+  NotingTree tree(0, 0, nullptr, "");
+  EXPECT_TRUE(FromXml(ToXml(source), &tree));
+  EXPECT_EQ(tree.calls, (std::vector<std::string>{"field 0", "field 1", "field 2", "subtree 0",
+                                                  "subtree 1", "subtree 2"}));
+}
+
 TEST(DerivedTreeTest, InsertingCallsTheFactoryOfItsForm) {
   DerivedTree tree(0, 0, nullptr, "");
   std::string values[] = {"v", "w"};
   EXPECT_TRUE(tree.InsertInteger("one", 1, 0, 5));
   EXPECT_TRUE(tree.InsertField("two", 2, 0, values, 2));
   EXPECT_TRUE(tree.InsertSubtree("three", 3, 0));
-  EXPECT_EQ(Describe(tree), "D(0,0)0:{D(1,0)4:one?[1:5;]D(2,0)4:two![1:v;1:w;]D(3,0)6:three!{}}");
+  EXPECT_TRUE(tree.InsertDouble("four", 4, 0, 0.5));
+  EXPECT_TRUE(tree.InsertString("five", 5, 0, "x"));
+  EXPECT_EQ(Describe(tree),
+            "D(0,0)0:{D(1,0)4:one?[1:5;]D(2,0)4:two![1:v;1:w;]D(4,0)5:four?[3:0.5;]"
+            "D(5,0)5:five?[1:x;]D(3,0)6:three!{}}");
+}
+
+TEST(DerivedTreeTest, AFailingGetterCallsTheFactoryForItsErrorField) {
+  DerivedTree tree(0, 0, nullptr, "");
+  int number = 0;
+  EXPECT_FALSE(tree.GetInteger(7, 0, &number));
+  EXPECT_EQ(Describe(tree), "D(0,0)0:{D(7,-1)26:Get integer ERROR (tag=7)?[0:;]}");
 }
 
 TEST(DerivedTreeTest, CopyingCallsTheFactoriesOfTheDestination) {
@@ -117,6 +183,37 @@ TEST(DerivedTreeTest, WritingXmlCallsTheWriterOfEachSubtree) {
   EXPECT_NE(xml.find("<mark>s</mark>"), std::string::npos);
   EXPECT_EQ(xml.find("<mark>t</mark>"), std::string::npos);
   EXPECT_NE(xml.find("<mark>u</mark>"), std::string::npos);
+}
+
+/// Has a form of its own in text and in XML.
+class WritingField : public TStringTreeField {
+ public:
+  using TStringTreeField::TStringTreeField;
+  std::size_t WriteToString(char* buffer, std::size_t position,
+                            std::size_t /*depth*/) const override {
+    const std::string line = header + " in text\n";
+    if (buffer != nullptr) std::memcpy(buffer + position, line.data(), line.size());
+    return line.size();
+  }
+  bool WriteToXML(TKvXIniWriter* writer) const override {
+    return writer->WriteS<std::string>("own", header);
+  }
+};
+
+TEST(DerivedTreeTest, WritingTextCallsTheWriterOfEachField) {
+  TStringTree tree(1, 0, nullptr, "r");
+  tree.fields.push_back(new WritingField(2, 0, std::string("v"), "f"));
+  tree.InsertString("g", 3, 0, "w");
+  EXPECT_EQ(WriteTreeToString(tree), "(1,0)r\nf in text\n(3,0)[1]g\tw\n\n");
+}
+
+TEST(DerivedTreeTest, WritingXmlCallsTheWriterOfEachFieldWithoutANegativeKey) {
+  TStringTree tree(1, 0, nullptr, "r");
+  tree.fields.push_back(new WritingField(2, -1, std::string("v"), "e"));
+  tree.fields.push_back(new WritingField(2, 0, std::string("v"), "f"));
+  tree.fields.push_back(new WritingField(-2, 0, std::string("v"), "g"));
+  const std::string xml = ToXml(tree);
+  EXPECT_NE(xml.find("<field>\n\t\t<_><own>f</own></_>\n\t</field>"), std::string::npos) << xml;
 }
 
 /// Says no.
@@ -240,6 +337,7 @@ class ThrowingTree : public TStringTree {
  public:
   using TStringTree::CreateSubtree;
   using TStringTree::TStringTree;
+  Tree* CreateSubtree(int /*tag*/, int /*idx*/, std::string /*text*/) override { throw 1; }
   Tree* CreateSubtree(const char* /*text*/, std::size_t* /*position*/) override { throw 1; }
   Tree* CreateSubtree(TKvXIniReader* /*reader*/, std::size_t /*item*/) override { throw 1; }
 };
@@ -256,6 +354,12 @@ TEST(DerivedTreeTest, AFactoryThatThrowsIsAFailureOfTheTreeThatCalledIt) {
   ThrowingTree tree(0, 0, nullptr, "");
   EXPECT_FALSE(FromXml(ToXml(source), &tree));
   EXPECT_EQ(Describe(tree), "D(0,0)1:r{S(1,0)1:a[1:x;]}");
+}
+
+TEST(DerivedTreeTest, AFactoryThatThrowsMakesInsertFromStringGiveFalse) {
+  ThrowingTree tree(0, 0, nullptr, "");
+  EXPECT_FALSE(InsertFromString(kText, &tree));
+  EXPECT_EQ(Describe(tree), "D(0,0)0:{S(1,0)1:a[1:x;]}");
 }
 
 }  // namespace

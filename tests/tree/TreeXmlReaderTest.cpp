@@ -91,6 +91,35 @@ TEST(TreeXmlReaderTest, AnElementOfAListThatIsNoSectionEndsTheTree) {
   EXPECT_EQ(Describe(tree), "S(3,4)1:x{}");
 }
 
+/// Throws what is no exception of the library when it enters an item for the nth time.
+class ThrowingReader : public TKvXIniReader {
+ public:
+  ThrowingReader(const std::string& content, int nth)
+      : TKvXIniReader(StreamPointer(new TKvMemoryStream(Document(content)))), left_(nth) {}
+
+  unsigned long EnterItem(unsigned long item) override {
+    if (--left_ == 0) throw 1;
+    return TKvXIniReader::EnterItem(item);
+  }
+
+ private:
+  int left_;
+};
+
+TEST(TreeXmlReaderTest, WhateverTheReaderThrowsIsAFailureOfTheTreeThatMetIt) {
+  const auto read = [](int nth) {
+    ThrowingReader reader(
+        kKeys + "<subtree><_>" + kKeys + "<subtree/></_><_>" + kKeys + "</_></subtree>", nth);
+    TStringTree tree(8, 9, nullptr, "old");
+    const bool isRead = tree.ReadFromXML(&reader, 0, nullptr);
+    return (isRead ? "" : "failed ") + Describe(tree);
+  };
+  EXPECT_EQ(read(1), "failed S(3,4)1:x{}") << "at its list";
+  EXPECT_EQ(read(2), "failed S(3,4)1:x{}") << "at the first of it";
+  EXPECT_EQ(read(3), "S(3,4)1:x{S(3,4)1:x{}S(3,4)1:x{}}") << "at the list of the first";
+  EXPECT_EQ(read(4), "failed S(3,4)1:x{S(3,4)1:x{}}") << "at the second";
+}
+
 TEST(TreeXmlReaderTest, TheReaderStandsWhereItStoodAfterASuccess) {
   TKvXIniReader reader(StreamPointer(new TKvMemoryStream(Document(
       "<first>" + kKeys + "<subtree><_><tag>5</tag></_></subtree></first><last>7</last>"))));

@@ -91,6 +91,19 @@ TEST(TreeXmlWriterTest, EachSubtreeHasAnUnnamedSectionInOneSection) {
              "tag=7",         "idx=0",      "hdr=t",      "elements", "end 5",    "end 1"}));
 }
 
+class DerivedTree : public TStringTree {
+ public:
+  using TStringTree::TStringTree;
+};
+
+TEST(TreeXmlWriterTest, ASubtreeOfAnotherClassHasItsSectionToo) {
+  TStringTree tree(3, 4, nullptr, "x");
+  tree.subtrees.push_back(new DerivedTree(5, 0, &tree, "s"));
+  EXPECT_EQ(CallsOf(tree),
+            (Calls{"attributes", "tag=3", "idx=4", "hdr=x", "elements", "begin subtree", "begin ",
+                   "attributes", "tag=5", "idx=0", "hdr=s", "elements", "end 2", "end 1"}));
+}
+
 TEST(TreeXmlWriterTest, FieldsWithNegativeKeysHaveNoSectionButTheirListHas) {
   TStringTree tree(3, 4, nullptr, "x");
   tree.InsertString("a", 1, -1, "v");
@@ -146,6 +159,15 @@ TEST(TreeXmlWriterTest, ASectionThatCannotBeOpenedGivesFalse) {
   EXPECT_TRUE(tree.WriteToXML(&writer));
   tree.InsertSubtree("s", 5, 0);
   EXPECT_FALSE(tree.WriteToXML(&writer));
+}
+
+TEST(TreeXmlWriterTest, WhatEndingASectionGivesDoesNotMatter) {
+  metadata_test::RecordingWriter writer;
+  writer.endResult = false;
+  TStringTree tree(3, 4, nullptr, "x");
+  tree.InsertString("a", 1, 0, "v");
+  tree.InsertSubtree("s", 5, 0);
+  EXPECT_TRUE(tree.WriteToXML(&writer));
 }
 
 TEST(TreeXmlWriterTest, AnExceptionOfAnyKindGivesFalse) {
