@@ -140,9 +140,11 @@ TEST(ReadBom, FindsNoMarkInAStreamThatClaimsMoreThanItHas) {
 
 TEST(ReadBom, FindsNoMarkWhereTheStreamCannotGoToItsStart) {
   HostStream stream("\xFF\xFE text");
+  stream.SetPos(3);
   stream.seeks = false;
   EXPECT_EQ(ReadBOM(&stream), 0);
   EXPECT_THAT(stream.readCounts, ElementsAre());
+  EXPECT_THAT(stream.setOffsets, ElementsAre(3, 0, 3)) << "it is sent back all the same";
 }
 
 TEST(ReadBom, PassesWhatTheStreamThrowsAndRestoresThePosition) {

@@ -5,6 +5,7 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "SatCommonUtils/Text.h"
 #include "kv/Growth.h"
@@ -105,6 +106,15 @@ TEST(PseudoUtf16OfAStream, GivesNothingFromAnOffsetBehindTheEnd) {
   EXPECT_EQ(ConvertedFrom(~0ul, "A\0B\0"s, true), "");
 }
 
+TEST(PseudoUtf16OfAStream, LeavesTheStreamBehindTheLastUnit) {
+  for (const auto& [offset, end] :
+       {std::pair(0ul, 4ul), std::pair(3ul, 5ul), std::pair(4ul, 4ul)}) {
+    HostStream stream("A\0B\0C"s);
+    PseudoUTF16toUTF8(&stream, true, offset);
+    EXPECT_EQ(stream.Position(), end) << offset;
+  }
+}
+
 TEST(PseudoUtf16OfAStream, EqualsAPlainLoopAroundEveryMultipleOfAChunk) {
   std::mt19937 random(2);
   for (const unsigned long middle : {0ul, 1024ul, 2048ul, 3072ul}) {
@@ -188,6 +198,15 @@ TEST(PseudoUtf16WithAMark, GivesNothingForOtherMarksAndNone) {
   EXPECT_EQ(Converted("\0\0\xFE\xFF\0\0\0A"s), "");
   EXPECT_EQ(Converted("A\0B\0"s), "");
   EXPECT_EQ(Converted(""), "");
+}
+
+TEST(PseudoUtf16WithAMark, LeavesThePositionOfAStreamThatItDoesNotRead) {
+  for (const std::string& bytes : {"\xEF\xBB\xBFtext"s, "\xFF\xFE\0\0A\0\0\0"s, "text"s}) {
+    HostStream stream(bytes);
+    stream.SetPos(1);
+    EXPECT_EQ(PseudoUTF16toUTF8BOM(&stream), "");
+    EXPECT_EQ(stream.Position(), 1u);
+  }
 }
 
 TEST(PseudoUtf16WithAMark, ReadsAStreamCutAtEveryByte) {
