@@ -96,6 +96,18 @@ TEST(TreeDepthTest, IsWrittenAsTextAndReadBackWithoutTheStack) {
   });
 }
 
+TEST(TreeDepthTest, AGeneralTreeIsReadAndWrittenWithoutTheStack) {
+  OnStack(kStack, [] {
+    Tree fromXml(0, 0, nullptr, "");
+    EXPECT_TRUE(FromXml(ToXml(*Chain(kDepth)), &fromXml));
+    EXPECT_EQ(DepthOf(fromXml), kDepth);
+    EXPECT_NE(ToXml(fromXml), "failed");
+    Tree fromText(0, 0, nullptr, "");
+    fromText.ReadFromString(WriteTreeToString(*Chain(kTextDepth)).c_str(), nullptr, nullptr);
+    EXPECT_EQ(DepthOf(fromText), kTextDepth);
+  });
+}
+
 /// Reads and writes its subtrees by calls inside each other.
 class DerivedTree : public TStringTree {
  public:

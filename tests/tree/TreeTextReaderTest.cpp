@@ -186,6 +186,9 @@ TEST(TreeTextReaderTest, CountsThatTheTextCannotHoldTogetherThrow) {
   TStringTree tree(0, 0, nullptr, "");
   EXPECT_THROW(tree.ReadFromString(text.c_str(), nullptr, nullptr), std::length_error);
   EXPECT_LT(tree.fields.size(), 5u);
+  Tree general(0, 0, nullptr, "");
+  EXPECT_THROW(general.ReadFromString(text.c_str(), nullptr, nullptr), std::length_error);
+  EXPECT_LT(general.fields.size(), 5u);
 }
 
 TEST(TreeTextReaderTest, CountsAreHeldAgainstTheirOwnLinesHoweverFarBehindTheseAre) {
