@@ -1,6 +1,7 @@
 // The framework while allocations fail.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -120,6 +121,29 @@ TEST(KvMemoryTest, Rasters) {
   ThrowsEverywhere("ChannelKindToText", [] { return ChannelKindToText(-1234567890); });
   const ravelin_test::FailingNew failing(0);
   raster.BuildLevels();
+}
+
+TEST(KvMemoryTest, ARasterThatCannotBeAssignedStaysAsItWas) {
+  TKvMemoryDibData small(5, 4, {0, 1, {6, 4, 3}}, 3);
+  std::fill_n(small.Pixels(), 60, static_cast<unsigned char>(7));
+  const TKvMemoryDibData large(50, 40, {0, 2, {6, 4, 3, 1}}, 3);
+  for (unsigned long successes = 0;; ++successes) {
+    TKvMemoryDibData target(small);
+    const auto assigned = ravelin_test::RunFailing([&] { return &(target = large); }, successes, 1);
+    if (assigned) {
+      EXPECT_GT(successes, 3u);
+      EXPECT_EQ(target.Bounds().size, (vec_t_<double, 2>{{50, 40}}));
+      break;
+    }
+    EXPECT_EQ(target.Bounds().size, (vec_t_<double, 2>{{5, 4}}));
+    EXPECT_EQ(target.Channels().kinds.size(), 3u);
+    std::vector<unsigned char> pixels(60);
+    ASSERT_EQ(target.GetRect(0, {0, 0, 5, 4}, {pixels.data(), 15}), kvDibWritten);
+    EXPECT_EQ(pixels, std::vector<unsigned char>(60, 7));
+    pixels.assign(8000, 0);
+    ASSERT_EQ(target.GetRect(0, {0, 0, 50, 40}, {pixels.data(), 200}), kvDibWritten);
+    EXPECT_EQ(std::count(pixels.begin(), pixels.end(), 7), 60);
+  }
 }
 
 TEST(KvMemoryTest, ASinkThatCannotBeInstalledLeavesTheFormerOne) {

@@ -210,6 +210,22 @@ TEST(MemoryDibData, CopiesHavePixelsOfTheirOwn) {
   EXPECT_EQ(copy.Pixels()[5], 12);
 }
 
+TEST(MemoryDibData, TakesEverythingOfTheOneAssigned) {
+  TKvMemoryDibData small(1, 1, {0, 1, {1}}, 1);
+  {
+    TKvMemoryDibData large(5, 4, {7, 2, {6, 4, 3}}, 3);
+    large.Pixels()[119] = 9;
+    small = large;
+    large.Pixels()[119] = 8;
+  }
+  EXPECT_EQ(small.Pixels()[119], 9);
+  EXPECT_EQ(small.Channels().kinds, (std::vector<int>{6, 4, 3}));
+  EXPECT_EQ(small.GetAllLevels(nullptr), 3U);
+  TKvMemoryDibData& itself = small;
+  small = itself;
+  EXPECT_EQ(small.Pixels()[119], 9);
+}
+
 TEST(MemoryGetRect, CopiesThePixelsAskedFor) {
   TKvMemoryDibData raster = Numbered(5, 4);
   Bytes out(6);

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Kv/Export.h"
@@ -157,6 +158,18 @@ class KV_EXPORT TKvMemoryDibData : public TKvMultiScaleDibData {
   /// without pixels.
   TKvMemoryDibData(unsigned long width, unsigned long height, const TKvDibChannels& channels,
                    unsigned long levels);
+  /// Pixels of its own, the same.
+  TKvMemoryDibData(const TKvMemoryDibData& other) = default;
+  /// The same; when memory is short, it throws std::bad_alloc and stays as it was.
+  TKvMemoryDibData& operator=(const TKvMemoryDibData& other) {
+    // Member by member, a failing allocation would leave sizes that are not those of the pixels.
+    TKvMemoryDibData copy(other);
+    levelBounds.swap(copy.levelBounds);
+    std::swap(channels_, copy.channels_);
+    std::swap(pixelSize_, copy.pixelSize_);
+    levels_.swap(copy.levels_);
+    return *this;
+  }
   ~TKvMemoryDibData() override;
 
   /// Level 0: rows from the bottom, pixels interleaved, no padding. Null for an empty raster.
