@@ -36,7 +36,10 @@ unsigned long TKvStream::ReadLine(char* buffer, unsigned long size) {
     text += part;
     buffer[text] = '\0';
     const unsigned long used = lf ? part + 1 : part;
-    if (used < got) SetPos(begin + text + (lf ? 1 : 0));
+    if (used < got && !SetPos(begin + text + (lf ? 1 : 0))) {
+      buffer[0] = '\0';
+      return 0;
+    }
     if (lf) return text + 1;
     ended = got < asked || used < got;
     if (movable) portion = std::min(2 * portion, kLastPortion);

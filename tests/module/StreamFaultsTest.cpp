@@ -103,6 +103,63 @@ std::string ReadPixels(const Stream& stream) {
   return Failure(result == kvDibWritten, pixels);
 }
 
+/// The lines, each at its place.
+std::string ReadLines(const Stream& stream) {
+  std::string lines;
+  unsigned long end = 0;
+  for (char line[20]; !stream->Eof();) {
+    const unsigned long consumed = stream->ReadLine(line, sizeof line);
+    if (consumed == 0) break;
+    end += consumed;
+    EXPECT_EQ(stream->GetPos(), end);
+    lines.append(line).append("|");
+  }
+  return Failure(end == stream->getSize(), lines);
+}
+
+const std::string kSamples = "000011112222333344445555";
+
+using Band = var_a_legacy::var_a<TBasePushbroomDibData*>;
+
+Band BandOn(const var_a_legacy::var_a<TKvStream*>& stream) {
+  auto* const band = new TRawWordDibData;
+  EXPECT_TRUE(band->Setup(stream, 4, 3, TRawWordDibData::boLittleEndian));
+  return Band(band);
+}
+
+Band OtherBand() {
+  return BandOn(var_a_legacy::var_a<TKvStream*>(new TKvMemoryStream(std::string(24, 'x'))));
+}
+
+/// Of every 2 * `size` bytes of a raster the first half, which comes from a band of kSamples. The
+/// other half comes from the other band and must be there whatever becomes of the first.
+std::string FirstHalf(TKvDibData& raster, std::size_t size) {
+  std::string pixels(48, '.');
+  const TKvDibDataOutBuffer out = {reinterpret_cast<unsigned char*>(pixels.data()), 16};
+  EXPECT_EQ(raster.GetRect(out, raster.Bounds(), iqNearest, 0, nullptr), kvDibWritten);
+  std::string first, second;
+  for (std::size_t i = 0; i < pixels.size(); i += 2 * size) {
+    first += pixels.substr(i, size);
+    second += pixels.substr(i + size, size);
+  }
+  EXPECT_EQ(second, std::string(24, 'x'));
+  return Failure(first == "444455552222333300001111", first);
+}
+
+std::string ComposePixels(const Stream& stream) {
+  TSeparateBandsDibData compositor;
+  if (!compositor.Setup({{4, BandOn(stream)}, {6, OtherBand()}})) return kFailed;
+  return FirstHalf(compositor, 2);
+}
+
+std::string StitchPixels(const Stream& stream) {
+  TSuperTiledDibDataEnvelope stitched;
+  const std::vector<TSuperTileData> tiles = {{0, 0, 3, 2, 0, 0, BandOn(stream), ""},
+                                             {4, 0, 7, 2, 0, 0, OtherBand(), ""}};
+  if (!stitched.Setup(tiles, nullptr)) return kFailed;
+  return FirstHalf(stitched, 8);
+}
+
 template <class Converter>
 std::function<std::string(const Stream&)> Converting(Converter convert, const char* text) {
   return [=](const Stream& out) {
@@ -185,7 +242,16 @@ std::vector<Operation> FrameworkOperations() {
          return WriteItems(writer) + stream->Bytes();
        },
        false},
-      {"TRawWordDibDataGetRect", std::string("000011112222333344445555", 24), ReadPixels, false},
+      {"TKvStreamReadLine", "one\ntwo\n\na line that is longer than its buffer\nlast", ReadLines,
+       true, true},
+  };
+}
+
+std::vector<Operation> RasterOperations() {
+  return {
+      {"TRawWordDibDataGetRect", kSamples, ReadPixels, false},
+      {"TSeparateBandsDibDataGetRect", kSamples, ComposePixels, false},
+      {"TSuperTiledDibDataEnvelopeGetRect", kSamples, StitchPixels, false},
   };
 }
 
@@ -260,6 +326,7 @@ std::string NameOf(const testing::TestParamInfo<Operation>& info) {
 INSTANTIATE_TEST_SUITE_P(Texts, StreamFaults, testing::ValuesIn(TextOperations()), NameOf);
 INSTANTIATE_TEST_SUITE_P(Shapefiles, StreamFaults, testing::ValuesIn(ShapefileOperations()),
                          NameOf);
+INSTANTIATE_TEST_SUITE_P(Rasters, StreamFaults, testing::ValuesIn(RasterOperations()), NameOf);
 INSTANTIATE_TEST_SUITE_P(Framework, StreamFaults, testing::ValuesIn(FrameworkOperations()), NameOf);
 
 }  // namespace

@@ -51,9 +51,10 @@ class KV_EXPORT TKvStream {
   /// line gives 1), and 0 when nothing could be read. Reads ahead; Read after it continues at the
   /// byte behind the line. With a `size` of 0 nothing is stored, and 0 returned.
   ///
-  /// The base class works through Read and SetPos and moves back over what it read too far. On a
-  /// stream whose SetPos fails it reads byte by byte, and the LF of a line of exactly `size` - 1
-  /// bytes then makes an empty line of its own.
+  /// The base class works through Read and SetPos and moves back over what it read too far; when
+  /// that fails, the line is empty and the result 0. On a stream whose SetPos always fails it reads
+  /// byte by byte, and the LF of a line of exactly `size` - 1 bytes then makes an empty line of its
+  /// own.
   virtual unsigned long ReadLine(char* buffer, unsigned long size);
   /// Drops what the stream buffers.
   virtual void Purge();
