@@ -1,8 +1,12 @@
 // Reading while the services are up: from a mapping that the file may be cut under.
 #include <fcntl.h>
 #include <linux/magic.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/statfs.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -330,6 +334,44 @@ TEST_F(FileMappingTest, AReadCostsNoReadingCallOfTheSystemAndOneWithoutServices)
   EXPECT_EQ(ReadCallsOf(path, 1000), 0u);
   Deinit_KvServices();
   EXPECT_EQ(ReadCallsOf(path, 1000), 1000u);
+}
+
+constexpr int kCannotTell = 2;
+
+// Runs `action` in a process that the system ends at any call but to read, write and end; returns
+// its exit code, or -1.
+template <class Action>
+int ExitWithoutCalls(const Action& action) {
+  const pid_t process = ::fork();
+  if (process == 0) {
+    if (::prctl(PR_SET_SECCOMP, SECCOMP_MODE_STRICT) != 0) ::_exit(kCannotTell);
+    ::syscall(SYS_exit, action() ? 0 : 1);
+  }
+  int status = 0;
+  const bool ended = ::waitpid(process, &status, 0) == process && WIFEXITED(status);
+  return ended ? WEXITSTATUS(status) : -1;
+}
+
+TEST_F(FileMappingTest, SettingThePositionMakesNoCallOfTheSystemAndNeitherDoesAMappedRead) {
+  if (kSanitized) GTEST_SKIP() << "the sanitizer makes calls of its own";
+  TKvFileStream stream(TKvPath(folder.Write("a", std::string(4 * kPage, 'x'))), kvOpenRead,
+                       kvShareAll);
+  ReadExact(stream, 10);
+  const auto read = [&] {
+    char row[100];
+    for (unsigned long pos = 0; pos < 3 * kPage; pos += 7) {
+      if (!stream.SetPos(pos) || stream.Read(row, sizeof row) != sizeof row) return false;
+    }
+    return stream.GetPos() > 3 * kPage;
+  };
+  const auto seek = [&] { return stream.SetPos(5) && stream.GetPos() == 5; };
+  const int mapped = ExitWithoutCalls(read);
+  if (mapped == kCannotTell)
+    GTEST_SKIP() << "the system cannot be told to end a process that calls";
+  EXPECT_EQ(mapped, 0);
+  Deinit_KvServices();
+  EXPECT_EQ(ExitWithoutCalls(seek), 0);
+  EXPECT_EQ(ExitWithoutCalls(read), -1);
 }
 
 TEST_F(FileMappingTest, WithoutAddressSpaceForAMappingTheFileIsReadAllTheSame) {
