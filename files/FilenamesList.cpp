@@ -16,8 +16,8 @@ std::size_t CursorAt(const Names& names, std::size_t position) {
 
 /// A cursor on the first match from `position` on.
 std::size_t CursorAtMatch(const Names& names, std::size_t position, const std::string& mask) {
-  const Wildcard wildcard(mask);
-  while (position < names.size() && !wildcard.Matches(names[position])) ++position;
+  const TWildcard wildcard(mask);
+  while (position < names.size() && !wildcard.check(names[position])) ++position;
   return CursorAt(names, position);
 }
 
@@ -93,10 +93,10 @@ bool TFilenamesList::Find(const std::string& mask, std::string* out) const {
 
 unsigned long TFilenamesList::FindAll(const std::string& mask,
                                       std::vector<std::string>* out) const {
-  const Wildcard wildcard(mask);
+  const TWildcard wildcard(mask);
   unsigned long count = 0;
   for (const std::string& name : names_) {
-    if (!wildcard.Matches(name)) continue;
+    if (!wildcard.check(name)) continue;
     ++count;
     if (out != nullptr) out->push_back(name);
   }

@@ -37,18 +37,18 @@ bool IsOrHolds(const std::string& folder, const std::string& inner) {
   return (inner + "/").compare(0, prefix.size(), prefix) == 0;
 }
 
-struct Entry {
+struct TEntry {
   std::string fileName;  ///< of a file
   QString folderPath;    ///< of a folder; null for a file
   bool isLink;           ///< to a folder
 };
 
 /// A folder that the walk is in. Its entries are read at once, so that no folder stays open.
-struct Level {
+struct TLevel {
   QString path;
   bool isLink;
   TKvProgressHandler* progress;  ///< null behind links: entries there are not polled after
-  std::vector<Entry> entries;
+  std::vector<TEntry> entries;
   std::size_t next = 0;
   Names names = {};
   unsigned long count = 0;
@@ -56,14 +56,14 @@ struct Level {
   bool IsDone() const { return next == entries.size(); }
 };
 
-Entry MakeEntry(const QDirIterator& entries) {
+TEntry MakeEntry(const QDirIterator& entries) {
   const QFileInfo info = entries.fileInfo();
   if (info.isDir()) return {std::string(), info.filePath(), info.isSymLink()};
   return {FileNameOf(info.filePath()), QString(), false};
 }
 
-std::vector<Entry> ReadEntries(const QString& folder, TKvProgressHandler* progress) {
-  std::vector<Entry> read;
+std::vector<TEntry> ReadEntries(const QString& folder, TKvProgressHandler* progress) {
+  std::vector<TEntry> read;
   QDirIterator entries(folder, QDir::Dirs | QDir::Files | QDir::NoDot | QDir::NoDotDot);
   while (entries.hasNext()) {
     entries.next();
@@ -76,9 +76,9 @@ std::vector<Entry> ReadEntries(const QString& folder, TKvProgressHandler* progre
 /// Walks a tree once. Scanning anew every folder that is met, with a walk through all that lies
 /// below it, would visit a folder d levels down 2^d times; the lists are the same, and the counts
 /// are the sums that those visits would give.
-class FolderTreeScan {
+class TFolderTreeScan {
  public:
-  FolderTreeScan(Tree* tree, bool upperCaseKeys) : tree_(tree), upperCaseKeys_(upperCaseKeys) {}
+  TFolderTreeScan(Tree* tree, bool upperCaseKeys) : tree_(tree), upperCaseKeys_(upperCaseKeys) {}
 
   /// Visits what lies below the top folder, and writes the folders among it.
   void Walk(const std::string& folder, TKvProgressHandler* progress) {
@@ -103,8 +103,8 @@ class FolderTreeScan {
     levels_.push_back({path, isLink, progress, ReadEntries(path, progress)});
   }
 
-  void VisitNext(Level& level) {
-    Entry& entry = level.entries[level.next++];
+  void VisitNext(TLevel& level) {
+    TEntry& entry = level.entries[level.next++];
     if (entry.folderPath.isNull()) {
       level.names.push_back(std::move(entry.fileName));
       level.count = AddSaturated(level.count, 1);
@@ -119,9 +119,9 @@ class FolderTreeScan {
 
   /// Adds the innermost folder to the one that holds it, and writes it.
   void Leave() {
-    Level done = std::move(levels_.back());
+    TLevel done = std::move(levels_.back());
     levels_.pop_back();
-    Level& parent = levels_.back();
+    TLevel& parent = levels_.back();
     parent.count = AddSaturated(parent.count, done.count);
     if (!done.isLink) {
       parent.count = AddSaturated(parent.count, done.count);
@@ -150,7 +150,7 @@ class FolderTreeScan {
 
   Tree* tree_;
   bool upperCaseKeys_;
-  std::vector<Level> levels_;
+  std::vector<TLevel> levels_;
 };
 
 }  // namespace
@@ -159,7 +159,7 @@ unsigned long FillFolderAndSubfoldersFilesList(std::string folder, Tree* tree, b
                                                TKvProgressHandler* progress) {
   TKvProgress scope(progress, false);
   scope.StartIndefinite();
-  FolderTreeScan scan(tree, upperCaseKeys);
+  TFolderTreeScan scan(tree, upperCaseKeys);
   scan.Walk(folder, progress);
   scope.Stop();
   return scan.Finish(folder);

@@ -47,28 +47,28 @@ std::string WithoutTextBehindStars(const std::string& mask) {
 
 }  // namespace
 
-Wildcard::Wildcard(const std::string& mask) {
+TWildcard::TWildcard(const std::string& mask) {
   if (mask.empty() || mask == "#") return;
   const std::string lower = ::tolower(mask);
-  form_ = lower.front() == '#' ? Form::kSuffix : Form::kPieces;
-  pattern_ = form_ == Form::kSuffix ? lower.substr(1) : WithoutTextBehindStars(lower);
+  form_ = lower.front() == '#' ? TForm::kSuffix : TForm::kPieces;
+  pattern_ = form_ == TForm::kSuffix ? lower.substr(1) : WithoutTextBehindStars(lower);
 }
 
-bool Wildcard::Matches(std::string_view name) const {
+bool TWildcard::check(std::string_view name) const {
   switch (form_) {
-    case Form::kNothing:
+    case TForm::kNothing:
       return false;
-    case Form::kSuffix:
+    case TForm::kSuffix:
       return name.size() >= pattern_.size() &&
              EqualFolded(name.substr(name.size() - pattern_.size()), pattern_);
-    case Form::kPieces:
+    case TForm::kPieces:
       break;
   }
   return MatchesPieces(name);
 }
 
 // A star is the last of its piece, so name and pattern are walked side by side, once.
-bool Wildcard::MatchesPieces(std::string_view name) const {
+bool TWildcard::MatchesPieces(std::string_view name) const {
   const FoldTable& fold = TheFoldTable();
   std::size_t at = 0;
   for (const char wanted : pattern_) {

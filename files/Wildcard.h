@@ -7,19 +7,19 @@
 namespace SatCommonUtils {
 
 /// A mask made ready for matching many names, letter case ignored.
-class Wildcard {
+class TWildcard {
  public:
-  explicit Wildcard(const std::string& mask);
+  explicit TWildcard(const std::string& mask);
 
   /// Whether the whole name matches. Linear in the name; allocates nothing.
-  bool Matches(std::string_view name) const;
+  bool check(std::string_view name) const;
 
  private:
-  enum class Form { kNothing, kSuffix, kPieces };
+  enum class TForm { kNothing, kSuffix, kPieces };
 
   bool MatchesPieces(std::string_view name) const;
 
-  Form form_ = Form::kNothing;
+  TForm form_ = TForm::kNothing;
   /// Lower case. A suffix without its '#'; pieces with nothing between a '*' and the next dot.
   std::string pattern_;
 };

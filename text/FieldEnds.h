@@ -7,9 +7,9 @@ namespace SatCommonUtils {
 
 /// A set of separators, and the NUL that ends the text. A look-up costs the same for any number of
 /// separators.
-class FieldEnds {
+class TFieldEnds {
  public:
-  explicit FieldEnds(const char* separators) {
+  explicit TFieldEnds(const char* separators) {
     Add('\0');
     for (; *separators != '\0'; ++separators) Add(*separators);
   }

@@ -44,7 +44,7 @@ const char* ReadDigits(const char* pos, std::uint64_t* number) {
 
 }  // namespace
 
-NumberScan::NumberScan(const char* separators)
+TNumberScan::TNumberScan(const char* separators)
     : ends_(separators),
       isPlainDecimalTried_(IsScannedLikeFromChars()),
       isShortDecimalTried_(isPlainDecimalTried_ &&
@@ -53,7 +53,7 @@ NumberScan::NumberScan(const char* separators)
 /// A token that is a decimal number of few digits without an exponent, found and converted in one
 /// pass. The quotient of two integers that doubles hold exactly is rounded once, hence correctly.
 /// False for all others; `*pos` may have moved then, but not out of the token.
-bool NumberScan::ConvertShortDecimal(const char** pos) {
+bool TNumberScan::ConvertShortDecimal(const char** pos) {
   const bool isNegative = **pos == '-';
   const char* const begin = *pos + (isNegative ? 1 : 0);
   std::uint64_t number = 0;
@@ -77,7 +77,7 @@ bool NumberScan::ConvertShortDecimal(const char** pos) {
 
 /// A decimal number, blanks before it, and nothing or a blank and anything behind it. False, and
 /// nothing is changed, for all others.
-bool NumberScan::ConvertPlainDecimal(const char* begin, const char* end) {
+bool TNumberScan::ConvertPlainDecimal(const char* begin, const char* end) {
   while (begin != end && IsBlank(*begin)) ++begin;
   const bool isNegative = begin != end && *begin == '-';
   if (isNegative || (begin != end && *begin == '+')) ++begin;
@@ -91,7 +91,7 @@ bool NumberScan::ConvertPlainDecimal(const char* begin, const char* end) {
   return true;
 }
 
-bool NumberScan::Scan(const char* begin, const char* end) {
+bool TNumberScan::Scan(const char* begin, const char* end) {
   token_.assign(begin, end);
   // NOLINTNEXTLINE(cert-err34-c): whatever the scan makes of the token is promised
   return std::sscanf(token_.c_str(), "%lg", &value_) != 0;

@@ -9,9 +9,9 @@ namespace SatCommonUtils {
 
 /// Converts the tokens of a text as the C library's scan for "%lg" does in the current locale and
 /// rounding mode. Both are looked at when it is made and must stay.
-class NumberScan {
+class TNumberScan {
  public:
-  explicit NumberScan(const char* separators);
+  explicit TNumberScan(const char* separators);
 
   /// Whether the scan of the token at `*pos` counts as successful. Blanks alone do: the scan
   /// reports the end of its input, not "no number". An empty token does not. `*pos` goes to the end
@@ -38,7 +38,7 @@ class NumberScan {
   bool ConvertPlainDecimal(const char* begin, const char* end);
   bool Scan(const char* begin, const char* end);
 
-  FieldEnds ends_;
+  TFieldEnds ends_;
   bool isPlainDecimalTried_;
   bool isShortDecimalTried_;
   int untried_ = 0;

@@ -9,14 +9,14 @@ namespace {
 
 /// What the C library's scan makes of the text between the last opening and the last closing
 /// bracket: the number of conversions, or EOF when there are only blanks.
-struct BracketScan {
+struct TBracketScan {
   std::size_t opening = std::string::npos;  ///< where the opening bracket is
   int result = 0;                           ///< 0 as well when there is no such text
   int number = 0;                           ///< 0 unless one was converted
 };
 
-BracketScan ScanBrackets(const std::string& text, char opening, char closing) {
-  BracketScan scan;
+TBracketScan ScanBrackets(const std::string& text, char opening, char closing) {
+  TBracketScan scan;
   scan.opening = text.rfind(opening);
   const std::size_t end = text.rfind(closing);
   if (scan.opening == std::string::npos || end == std::string::npos) return scan;
@@ -33,7 +33,7 @@ int Successor(int number) {
 }
 
 std::string NextNumbered(std::string text, char opening, char closing) {
-  const BracketScan scan = ScanBrackets(text, opening, closing);
+  const TBracketScan scan = ScanBrackets(text, opening, closing);
   if (scan.result == 1) text.resize(scan.opening);
   char suffix[16];
   std::snprintf(suffix, sizeof suffix, "%c%d%c", opening, Successor(scan.number), closing);
@@ -75,7 +75,7 @@ std::string GenerateNumeratedString(std::string text) {
 }
 
 int DeNumerateString(std::string* text) {
-  const BracketScan scan = ScanBrackets(*text, '(', ')');
+  const TBracketScan scan = ScanBrackets(*text, '(', ')');
   // Blanks alone are cut like a number: callers rely on it.
   if (scan.result == 0) return 0;
   text->resize(scan.opening);

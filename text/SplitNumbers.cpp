@@ -10,7 +10,7 @@ template <class Take, class MayGoOn>
 void EachNumber(const char* text, const char* separators, TKvProgressHandler* handler, Take take,
                 MayGoOn mayGoOn) {
   TKvStepProgress progress(handler);
-  NumberScan scan(separators);
+  TNumberScan scan(separators);
   for (const char* pos = text;; ++pos) {
     if (scan.Convert(&pos)) {
       take(scan.Value());

@@ -8,9 +8,9 @@ namespace SatCommonUtils {
 namespace {
 
 /// Ends fields at separators, and a field of 4095 bytes at whatever follows it.
-class BoundedFields {
+class TBoundedFields {
  public:
-  explicit BoundedFields(const char* separators) : ends_(separators) {}
+  explicit TBoundedFields(const char* separators) : ends_(separators) {}
 
   const char* FindEnd(const char* begin) const {
     constexpr std::ptrdiff_t kLongest = 4095;
@@ -20,13 +20,13 @@ class BoundedFields {
   }
 
  private:
-  FieldEnds ends_;
+  TFieldEnds ends_;
 };
 
 /// Ends fields at separators outside double quotes.
-class QuotedFields {
+class TQuotedFields {
  public:
-  explicit QuotedFields(const char* separators) : ends_(separators), stops_(ends_) {
+  explicit TQuotedFields(const char* separators) : ends_(separators), stops_(ends_) {
     stops_.Add('"');
   }
 
@@ -44,8 +44,8 @@ class QuotedFields {
     return *closing == '"' ? closing + 1 : closing;
   }
 
-  FieldEnds ends_;
-  FieldEnds stops_;
+  TFieldEnds ends_;
+  TFieldEnds stops_;
 };
 
 /// Calls `emit` with the begin and the end of every field until it returns false. An empty field
@@ -78,12 +78,12 @@ unsigned int SplitIntoArray(const char* text, const Fields& fields, std::string*
 
 unsigned int SplitString(const char* text, const char* separators, std::string* out,
                          unsigned int maxCount, TKvProgressHandler* handler, bool keepEmpty) {
-  return SplitIntoArray(text, BoundedFields(separators), out, maxCount, handler, keepEmpty);
+  return SplitIntoArray(text, TBoundedFields(separators), out, maxCount, handler, keepEmpty);
 }
 
 unsigned int SplitStringQuot(const char* text, const char* separators, std::string* out,
                              unsigned int maxCount, TKvProgressHandler* handler, bool keepEmpty) {
-  return SplitIntoArray(text, QuotedFields(separators), out, maxCount, handler, keepEmpty);
+  return SplitIntoArray(text, TQuotedFields(separators), out, maxCount, handler, keepEmpty);
 }
 
 unsigned int SplitStringQuot(const char* text, const char* separators,
@@ -93,7 +93,7 @@ unsigned int SplitStringQuot(const char* text, const char* separators,
     if (out != nullptr) out->emplace_back(begin, size);
     ++count;
   };
-  EachField(text, QuotedFields(separators), keepEmpty, emit, [] { return true; });
+  EachField(text, TQuotedFields(separators), keepEmpty, emit, [] { return true; });
   return count;
 }
 

@@ -19,7 +19,7 @@ std::size_t CountValue(const char* text) {
 }
 
 /// "(tag,idx)[count]" as far as it is there.
-void ScanPrefix(TextCursor scan, int* tag, int* idx, std::size_t* count) {
+void ScanPrefix(TTextCursor scan, int* tag, int* idx, std::size_t* count) {
   scan.SkipIf('(') && scan.Scan(tag) && scan.SkipIf(',') && scan.Scan(idx) && scan.SkipIf(')') &&
       scan.SkipIf('[') && scan.Scan(count);
 }
@@ -61,7 +61,7 @@ template <class T>
 std::size_t TDataField<T>::WriteToString(char* buffer, std::size_t position,
                                          std::size_t depth) const {
   if (tag < 0 || idx < 0) return 0;
-  TextSink sink(buffer, position);
+  TTextSink sink(buffer, position);
   sink.PutTabs(depth);
   sink.Put('(');
   sink.PutNumber(tag);
@@ -121,7 +121,7 @@ bool TDataField<T>::StringToValue(const std::string& /*text*/, std::size_t /*i*/
 
 template <class T>
 void TDataField<T>::ReadFromString(const char* text, std::size_t* position) {
-  TextCursor cursor(text + *position);
+  TTextCursor cursor(text + *position);
   std::size_t size = count;
   ScanPrefix(cursor, &tag, &idx, &size);
   cursor.SkipPast(']');

@@ -48,7 +48,7 @@ TDataTree<T>::~TDataTree() {
 template <class T>
 bool TDataTree<T>::WriteToXML(TKvXIniWriter* writer) const {
   try {
-    return TreeXmlWriter<T>(writer).Write(*this);
+    return TTreeXmlWriter<T>(writer).Write(*this);
   } catch (...) {
     return false;
   }
@@ -121,13 +121,13 @@ bool TDataTree<T>::InsertSubtree(std::string header, int tag, int idx) {
 
 template <class T>
 bool TDataTree<T>::CopyTo(TDataTree* destination) const {
-  return TreeCopier<T>().Copy(*this, destination);
+  return TTreeCopier<T>().Copy(*this, destination);
 }
 
 template <class T>
 void TDataTree<T>::ReadFromString(const char* text, std::size_t* position, TDataTree* parent) {
   this->parent = parent;
-  TreeTextReader<T> reader(text, position == nullptr ? 0 : *position);
+  TTreeTextReader<T> reader(text, position == nullptr ? 0 : *position);
   reader.Read(this);
   if (position != nullptr) *position = reader.Position();
 }
@@ -136,7 +136,7 @@ template <class T>
 bool TDataTree<T>::ReadFromXML(TKvXIniReader* reader, std::size_t /*item*/, TDataTree* parent) {
   this->parent = parent;
   try {
-    return TreeXmlReader<T>(reader).Read(this);
+    return TTreeXmlReader<T>(reader).Read(this);
   } catch (...) {
     return false;
   }

@@ -9,7 +9,7 @@
 
 namespace SatCommonUtils {
 
-inline void PutEncoded(const std::string& text, TextSink* sink) {
+inline void PutEncoded(const std::string& text, TTextSink* sink) {
   sink->Skip(Encode(text.data(), text.size(), sink->Buffer(), sink->Position()));
 }
 

@@ -9,12 +9,12 @@ thread_local int depth = 0;
 
 }  // namespace
 
-ForeignCall::ForeignCall() {
+TForeignCall::TForeignCall() {
   if (depth == kDeepest) throw std::length_error("a data tree lies too deep for its class");
   ++depth;
 }
 
-ForeignCall::~ForeignCall() {
+TForeignCall::~TForeignCall() {
   --depth;
 }
 

@@ -5,14 +5,14 @@ namespace SatCommonUtils {
 
 /// Lives while such an operation runs that may come back for a tree below. Throws std::length_error
 /// when too many run inside each other on this thread: the stack must not be used up.
-class ForeignCall {
+class TForeignCall {
  public:
   static constexpr int kDeepest = 2000;
 
-  ForeignCall();
-  ForeignCall(const ForeignCall&) = delete;
-  ForeignCall& operator=(const ForeignCall&) = delete;
-  ~ForeignCall();
+  TForeignCall();
+  TForeignCall(const TForeignCall&) = delete;
+  TForeignCall& operator=(const TForeignCall&) = delete;
+  ~TForeignCall();
 };
 
 }  // namespace SatCommonUtils

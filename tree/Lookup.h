@@ -21,9 +21,9 @@ Element* FindFirst(const TPtrVector<Element>& list, int tag, int idx) {
 /// Whether a growing list has an element with some tag and idx: a search where the list is short, a
 /// set of its keys where it is long. Elements keep their keys while it lives.
 template <class Element>
-class TakenKeys {
+class TTakenKeys {
  public:
-  explicit TakenKeys(const TPtrVector<Element>* list) : list_(list) {}
+  explicit TTakenKeys(const TPtrVector<Element>* list) : list_(list) {}
 
   bool Has(int tag, int idx) {
     if (list_->size() <= kShort) return FindFirst(*list_, tag, idx) != nullptr;

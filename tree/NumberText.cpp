@@ -9,12 +9,12 @@ namespace SatCommonUtils {
 namespace {
 
 /// This thread's locale is C while it lives.
-class ClassicLocale {
+class TClassicLocale {
  public:
-  ClassicLocale() : classic_(newlocale(LC_ALL_MASK, "C", nullptr)), former_(uselocale(classic_)) {}
-  ClassicLocale(const ClassicLocale&) = delete;
-  ClassicLocale& operator=(const ClassicLocale&) = delete;
-  ~ClassicLocale() {
+  TClassicLocale() : classic_(newlocale(LC_ALL_MASK, "C", nullptr)), former_(uselocale(classic_)) {}
+  TClassicLocale(const TClassicLocale&) = delete;
+  TClassicLocale& operator=(const TClassicLocale&) = delete;
+  ~TClassicLocale() {
     uselocale(former_);
     if (classic_ != nullptr) freelocale(classic_);
   }
@@ -44,7 +44,7 @@ bool TextToNumber(const std::string& text, int* number) {
 }
 
 bool TextToNumber(const std::string& text, double* number) {
-  const ClassicLocale locale;
+  const TClassicLocale locale;
   return std::sscanf(text.c_str(), "%lf", number) == 1;
 }
 // NOLINTEND(cert-err34-c)

@@ -7,9 +7,9 @@
 
 namespace SatCommonUtils {
 
-class TextCursor {
+class TTextCursor {
  public:
-  explicit TextCursor(const char* at) : at_(at) {}
+  explicit TTextCursor(const char* at) : at_(at) {}
 
   const char* At() const { return at_; }
   char Char() const { return *at_; }

@@ -12,9 +12,9 @@ namespace SatCommonUtils {
 
 /// Puts pieces one behind the other from `buffer + position` on. Without a buffer it only counts.
 /// Throws std::length_error when the position would not fit its type.
-class TextSink {
+class TTextSink {
  public:
-  TextSink(char* buffer, std::size_t position) : buffer_(buffer), position_(position) {}
+  TTextSink(char* buffer, std::size_t position) : buffer_(buffer), position_(position) {}
 
   char* Buffer() const { return buffer_; }
   std::size_t Position() const { return position_; }

@@ -11,7 +11,7 @@ namespace SatCommonUtils {
 
 /// TDataTree::CopyTo, with a stack of its own. Elements are made by the destination's factories.
 template <class T>
-class TreeCopier {
+class TTreeCopier {
  public:
   using TTree = TDataTree<T>;
 
@@ -19,7 +19,7 @@ class TreeCopier {
     destination_ = destination;
     if (!Begin(source, destination)) return false;
     while (!levels_.empty()) {
-      Level& level = levels_.back();
+      TLevel& level = levels_.back();
       if (level.next == level.source->subtrees.size()) {
         levels_.pop_back();
       } else if (!CopySubtree(*level.source->subtrees[level.next++], &level)) {
@@ -30,21 +30,21 @@ class TreeCopier {
   }
 
  private:
-  struct Level {
+  struct TLevel {
     const TTree* source;
     TTree* destination;
     std::size_t next;
-    TakenKeys<TTree> taken;
+    TTakenKeys<TTree> taken;
   };
 
   bool Begin(const TTree& source, TTree* destination) {
     if (!CopyFields(source, destination)) return false;
-    levels_.push_back({&source, destination, 0, TakenKeys<TTree>(&destination->subtrees)});
+    levels_.push_back({&source, destination, 0, TTakenKeys<TTree>(&destination->subtrees)});
     return true;
   }
 
   static bool CopyFields(const TTree& source, TTree* destination) {
-    TakenKeys<TDataField<T>> taken(&destination->fields);
+    TTakenKeys<TDataField<T>> taken(&destination->fields);
     for (const TDataField<T>* field : source.fields) {
       if (taken.Has(field->tag, field->idx)) return false;
       destination->fields.push_back(destination->CreateField(field->tag, field->idx, field->values,
@@ -53,7 +53,7 @@ class TreeCopier {
     return true;
   }
 
-  bool CopySubtree(const TTree& source, Level* level) {
+  bool CopySubtree(const TTree& source, TLevel* level) {
     // A tree would be copied into what grows while it is copied, without end.
     if (&source == destination_) return false;
     if (level->taken.Has(source.tag, source.idx)) return false;
@@ -71,7 +71,7 @@ class TreeCopier {
   }
 
   const TTree* destination_ = nullptr;
-  std::vector<Level> levels_;
+  std::vector<TLevel> levels_;
 };
 
 }  // namespace SatCommonUtils

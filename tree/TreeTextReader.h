@@ -19,12 +19,12 @@ namespace SatCommonUtils {
 /// TDataTree::ReadFromString, with a stack of its own. Subtrees of classes of this module are read
 /// in place, just as their factory would read them; of any other class the factory is called.
 template <class T>
-class TreeTextReader {
+class TTreeTextReader {
  public:
   using TTree = TDataTree<T>;
   using TField = TDataField<T>;
 
-  TreeTextReader(const char* text, std::size_t position) : text_(text), position_(position) {}
+  TTreeTextReader(const char* text, std::size_t position) : text_(text), position_(position) {}
 
   std::size_t Position() const { return position_; }
 
@@ -38,22 +38,22 @@ class TreeTextReader {
   using OwnedTree = std::unique_ptr<TTree, TPtrDelete<TTree>>;
   using OwnedField = std::unique_ptr<TField, TPtrDelete<TField>>;
 
-  struct Level {
+  struct TLevel {
     TTree* tree;
     OwnedTree owned;  ///< the same, until it is complete and its parent gets it; null for the first
     std::size_t depth;
   };
 
-  TextCursor Cursor() const { return TextCursor(text_ + position_); }
-  void MoveTo(const TextCursor& cursor) {
+  TTextCursor Cursor() const { return TTextCursor(text_ + position_); }
+  void MoveTo(const TTextCursor& cursor) {
     position_ = static_cast<std::size_t>(cursor.At() - text_);
   }
 
   void Begin(TTree* tree, OwnedTree owned) {
-    TextCursor cursor = Cursor();
+    TTextCursor cursor = Cursor();
     const std::size_t depth = cursor.CountTabs();
     cursor.Skip(depth);
-    TextCursor scan = cursor;
+    TTextCursor scan = cursor;
     scan.SkipIf('(') && scan.Scan(&tree->tag) && scan.SkipIf(',') && scan.Scan(&tree->idx);
     cursor.SkipPast(')');
     const std::size_t length = cursor.CountUntil('\n');
@@ -71,8 +71,8 @@ class TreeTextReader {
   }
 
   void ReadLine() {
-    const Level& level = levels_.back();
-    TextCursor cursor = Cursor();
+    const TLevel& level = levels_.back();
+    TTextCursor cursor = Cursor();
     const std::size_t tabs = cursor.CountTabs();
     cursor.Skip(tabs);
     if (tabs > level.depth && cursor.Char() != '\0') {
@@ -94,7 +94,7 @@ class TreeTextReader {
       TTree* const read = subtree.get();
       Begin(read, std::move(subtree));
     } else {
-      const ForeignCall call;
+      const TForeignCall call;
       tree->subtrees.push_back(tree->CreateSubtree(text_, &position_));
     }
   }
@@ -121,7 +121,7 @@ class TreeTextReader {
   std::size_t position_;
   std::size_t surplus_ = 0;
   std::optional<std::size_t> textLength_;
-  std::vector<Level> levels_;
+  std::vector<TLevel> levels_;
 };
 
 }  // namespace SatCommonUtils

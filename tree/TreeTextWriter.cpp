@@ -11,14 +11,14 @@ namespace {
 using TTree = TDataTree<std::string>;
 
 /// Walks through a tree with a stack of its own and puts a line for each part.
-class TreeTextWriter {
+class TTreeTextWriter {
  public:
-  explicit TreeTextWriter(TextSink* sink) : sink_(sink) {}
+  explicit TTreeTextWriter(TTextSink* sink) : sink_(sink) {}
 
   void Write(const TTree& tree) {
     Begin(tree);
     while (!levels_.empty()) {
-      Level& level = levels_.back();
+      TLevel& level = levels_.back();
       if (level.next == level.tree->subtrees.size()) {
         End();
       } else {
@@ -28,7 +28,7 @@ class TreeTextWriter {
   }
 
  private:
-  struct Level {
+  struct TLevel {
     const TTree* tree;
     std::size_t next;
   };
@@ -55,13 +55,13 @@ class TreeTextWriter {
     sink_->Put('\n');
   }
 
-  TextSink* sink_;
-  std::vector<Level> levels_;
+  TTextSink* sink_;
+  std::vector<TLevel> levels_;
 };
 
 std::size_t Write(const TTree& tree, char* buffer) {
-  TextSink sink(buffer, 0);
-  TreeTextWriter(&sink).Write(tree);
+  TTextSink sink(buffer, 0);
+  TTreeTextWriter(&sink).Write(tree);
   return sink.Position();
 }
 

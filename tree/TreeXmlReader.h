@@ -16,11 +16,11 @@ namespace SatCommonUtils {
 /// TDataTree::ReadFromXML, with a stack of its own. Subtrees of classes of this module are read in
 /// place, just as their factory would read them; of any other class the factory is called.
 template <class T>
-class TreeXmlReader {
+class TTreeXmlReader {
  public:
   using TTree = TDataTree<T>;
 
-  explicit TreeXmlReader(TKvXIniReader* reader) : reader_(reader) {}
+  explicit TTreeXmlReader(TKvXIniReader* reader) : reader_(reader) {}
 
   /// Whether the tree itself was read; a subtree that was not is kept all the same. Throws only
   /// where nothing has been read yet.
@@ -40,8 +40,8 @@ class TreeXmlReader {
   using OwnedTree = std::unique_ptr<TTree, TPtrDelete<TTree>>;
   enum TStep { kFurther, kDone, kFailed };
 
-  struct Level {
-    Level(TTree* read, OwnedTree owner) : tree(read), owned(std::move(owner)) {}
+  struct TLevel {
+    TLevel(TTree* read, OwnedTree owner) : tree(read), owned(std::move(owner)) {}
 
     TTree* tree;
     OwnedTree owned;          ///< the same, until its parent gets it; null for the first
@@ -61,7 +61,7 @@ class TreeXmlReader {
     }
   }
 
-  TStep Step(Level* level) {
+  TStep Step(TLevel* level) {
     if (!level->hasBegun) {
       if (!Begin(level)) return kDone;
     } else {
@@ -79,7 +79,7 @@ class TreeXmlReader {
   }
 
   /// Reads the items and fields and enters the list of subtrees; false when there is none.
-  bool Begin(Level* level) {
+  bool Begin(TLevel* level) {
     TTree& tree = *level->tree;
     tree.tag = reader_->ReadE<int>(reader_->FindFE("tag", 0));
     tree.idx = reader_->ReadE<int>(reader_->FindFE("idx", 0));
@@ -104,13 +104,13 @@ class TreeXmlReader {
     reader_->LeaveSection(list);
   }
 
-  void ReadSubtree(Level* level) {
+  void ReadSubtree(TLevel* level) {
     if (IsOwnType(*level->tree)) {
       OwnedTree subtree(level->tree->CreateSubtree(0, 0, {}));
       TTree* const read = subtree.get();
       levels_.emplace_back(read, std::move(subtree));
     } else {
-      const ForeignCall call;
+      const TForeignCall call;
       level->subtree.reset(level->tree->CreateSubtree(reader_, level->next));
     }
   }
@@ -118,7 +118,7 @@ class TreeXmlReader {
   static constexpr std::size_t kNone = ~std::size_t{0};
 
   TKvXIniReader* reader_;
-  std::vector<Level> levels_;
+  std::vector<TLevel> levels_;
 };
 
 }  // namespace SatCommonUtils

@@ -14,16 +14,16 @@ namespace SatCommonUtils {
 /// TDataTree::WriteToXML, with a stack of its own. Exceptions pass. Subtrees of classes of this
 /// module are written in place; of any other class WriteToXML is called.
 template <class T>
-class TreeXmlWriter {
+class TTreeXmlWriter {
  public:
   using TTree = TDataTree<T>;
 
-  explicit TreeXmlWriter(TKvXIniWriter* writer) : writer_(writer) {}
+  explicit TTreeXmlWriter(TKvXIniWriter* writer) : writer_(writer) {}
 
   bool Write(const TTree& tree) {
     if (!Begin(tree, 0)) return false;
     while (!levels_.empty()) {
-      Level& level = levels_.back();
+      TLevel& level = levels_.back();
       if (level.next == level.tree->subtrees.size()) {
         End();
       } else if (!WriteSubtree(*level.tree->subtrees[level.next++])) {
@@ -34,7 +34,7 @@ class TreeXmlWriter {
   }
 
  private:
-  struct Level {
+  struct TLevel {
     const TTree* tree;
     std::size_t section;  ///< that the tree stands in; the caller's for the first
     std::size_t list;     ///< the section of its subtrees, when it has any
@@ -50,7 +50,7 @@ class TreeXmlWriter {
   }
 
   void End() {
-    const Level level = levels_.back();
+    const TLevel level = levels_.back();
     levels_.pop_back();
     if (!level.tree->subtrees.empty()) writer_->EndSection(level.list);
     if (!levels_.empty()) writer_->EndSection(level.section);
@@ -80,14 +80,14 @@ class TreeXmlWriter {
   bool WriteSubtree(const TTree& subtree) {
     const std::size_t section = writer_->BeginSectionSE("");
     if (IsOwnType(subtree)) return Begin(subtree, section);
-    const ForeignCall call;
+    const TForeignCall call;
     if (!subtree.WriteToXML(writer_)) return false;
     writer_->EndSection(section);
     return true;
   }
 
   TKvXIniWriter* writer_;
-  std::vector<Level> levels_;
+  std::vector<TLevel> levels_;
 };
 
 }  // namespace SatCommonUtils

@@ -12,10 +12,10 @@
 
 namespace {
 
-using SatCommonUtils::Wildcard;
+using SatCommonUtils::TWildcard;
 
 bool Matches(const std::string& name, const std::string& mask) {
-  return Wildcard(mask).Matches(name);
+  return TWildcard(mask).check(name);
 }
 
 TEST(WildcardTest, AMaskWithoutWildcardsMatchesThatNameAlone) {
@@ -180,10 +180,10 @@ TEST(WildcardTest, RandomNamesAndMasksMatchAsTheRulesSay) {
 TEST(WildcardTest, MatchingAllocatesNothing) {
   const std::string name(1000, 'A');
   for (const char* text : {"aaaa*x", "#AAAA", "a?*.*", "*"}) {
-    const Wildcard mask(text);
-    mask.Matches(name);
+    const TWildcard mask(text);
+    mask.check(name);
     const ravelin_test::FailingNew failing(0);
-    EXPECT_NO_THROW(mask.Matches(name)) << text;
+    EXPECT_NO_THROW(mask.check(name)) << text;
   }
 }
 
@@ -193,8 +193,8 @@ TEST(WildcardTest, MatchingIsLinearInNameAndMask) {
       std::string mask, name;
       while (mask.size() < size) mask += piece;
       while (name.size() < size) name += piece.back() == '.' ? "aaaa." : "aaaaa";
-      Wildcard(mask + "b").Matches(name);
-      Wildcard(std::string(1, '#').append(mask)).Matches(name);
+      TWildcard(mask + "b").check(name);
+      TWildcard(std::string(1, '#').append(mask)).check(name);
     })) << piece;
   }
 }

@@ -9,14 +9,14 @@
 
 namespace {
 
-using SatCommonUtils::TextCursor;
+using SatCommonUtils::TTextCursor;
 
 /// Scans an int and then everything else as the library does.
 void ExpectScannedLikeTheLibrary(const std::string& text) {
   int expected = 77;
   int used = -1;
   const bool isThere = std::sscanf(text.c_str(), "%d%n", &expected, &used) == 1;
-  TextCursor cursor(text.c_str());
+  TTextCursor cursor(text.c_str());
   int found = 77;
   ASSERT_EQ(cursor.Scan(&found), isThere) << text;
   ASSERT_EQ(found, expected) << text;
@@ -26,7 +26,7 @@ void ExpectScannedLikeTheLibrary(const std::string& text) {
   unsigned long long expectedCount = 77;
   const bool isCount = std::sscanf(text.c_str(), "%llu", &expectedCount) == 1;
   unsigned long count = 77;
-  ASSERT_EQ(TextCursor(text.c_str()).Scan(&count), isCount) << text;
+  ASSERT_EQ(TTextCursor(text.c_str()).Scan(&count), isCount) << text;
   ASSERT_EQ(count, expectedCount) << text;
 }
 
@@ -73,7 +73,7 @@ TEST(TextCursorTest, RandomTextsAreScannedAsTheLibraryScansThem) {
 }
 
 TEST(TextCursorTest, NothingPassesTheNul) {
-  TextCursor cursor("ab");
+  TTextCursor cursor("ab");
   cursor.SkipPast('x');
   EXPECT_EQ(cursor.Char(), '\0');
   cursor.SkipPast('x');
@@ -83,14 +83,14 @@ TEST(TextCursorTest, NothingPassesTheNul) {
 }
 
 TEST(TextCursorTest, SkipsPastTheFirstOfACharacter) {
-  TextCursor cursor("ab)c)d");
+  TTextCursor cursor("ab)c)d");
   EXPECT_EQ(cursor.CountUntil(')'), 2u);
   cursor.SkipPast(')');
   EXPECT_STREQ(cursor.At(), "c)d");
 }
 
 TEST(TextCursorTest, KnowsWhetherSoManyBytesAreLeft) {
-  const TextCursor cursor("abc");
+  const TTextCursor cursor("abc");
   EXPECT_TRUE(cursor.HasLeft(0));
   EXPECT_TRUE(cursor.HasLeft(3));
   EXPECT_FALSE(cursor.HasLeft(4));

@@ -128,7 +128,7 @@ class DerivedTree : public TStringTree {
   }
 };
 
-constexpr int kDeepest = SatCommonUtils::ForeignCall::kDeepest;
+constexpr int kDeepest = SatCommonUtils::TForeignCall::kDeepest;
 constexpr std::size_t kOrdinaryStack = 8 << 20;
 
 TEST(TreeDepthTest, ADerivingClassReadsTextToTheBoundAndNoDeeper) {
