@@ -503,6 +503,21 @@ TEST_F(SuperTiledTest, NegativeEdgesAreShiftedTowardsMinusInfinity) {
   ExpectPixels(out, 0, 6, 8, 2, 0);
 }
 
+TEST_F(SuperTiledTest, AtALevelBeyondTheBitsOfAColumnEveryTileIsPlacedAtZero) {
+  constexpr double kPixel = 0x1p66;
+  MockBand* west = Add(0, 0, 9, 9, 1, {1}, 70);
+  MockBand* east = Add(10, 0, 19, 9, 2, {1}, 70);
+  ASSERT_TRUE(raster.Setup(tiles, nullptr));
+  Output out(1, 2);
+  EXPECT_EQ(Get(out, Request(0, 0, kPixel, kPixel, kPixel)), 3);
+  ExpectPixels(out, 0, 0, 1, 1, 2);
+  for (const MockBand* band : {west, east}) {
+    ASSERT_EQ(band->calls.size(), 1u);
+    EXPECT_TRUE(
+        raster_test::operator==(band->calls[0].rect, Request(0, 0, kPixel, kPixel, kPixel)));
+  }
+}
+
 TEST_F(SuperTiledTest, TilesStayAtTheirOwnColumnWhenNoTileStartsAtZero) {
   MockBand* band = Add(4, 0, 11, 7, 1);
   ASSERT_TRUE(raster.Setup(tiles, nullptr));
@@ -552,6 +567,19 @@ TEST_F(SuperTiledTest, ABufferThatNoMemoryHoldsIsLeftAlone) {
                             std::numeric_limits<long>::min()}) {
     unsigned char byte = Output::kGuard;
     EXPECT_EQ(raster.GetRect({&byte, stride}, Request(0, 0, 4, 4), iqNearest, 0, nullptr), 2);
+    EXPECT_EQ(byte, Output::kGuard);
+  }
+  EXPECT_THAT(band->calls, IsEmpty());
+}
+
+TEST_F(SuperTiledTest, ARequestTooLargeForAnyBufferIsLeftAlone) {
+  constexpr double kFarthest = 4503599627370496.0;  // 2^52
+  MockBand* band = Add(0, 0, 3, 3, 9);
+  ASSERT_TRUE(raster.Setup(tiles, nullptr));
+  for (const TKvDibRect& rect : {Request(0, 0, kFarthest, 1), Request(0, 0, 1, kFarthest),
+                                 Request(-kFarthest, -kFarthest, 2 * kFarthest, 2 * kFarthest)}) {
+    unsigned char byte = Output::kGuard;
+    EXPECT_EQ(raster.GetRect({&byte, 8}, rect, iqNearest, 0, nullptr), 2);
     EXPECT_EQ(byte, Output::kGuard);
   }
   EXPECT_THAT(band->calls, IsEmpty());
@@ -875,7 +903,7 @@ TEST_F(SuperTiledTest, ATileWhoseRasterWasTakenAwayAfterTheSetupDoesNoHarm) {
   ASSERT_TRUE(raster.Setup(tiles, nullptr));
   raster.tiles[0].raster.reset();
   Output out(4, 12);
-  Get(out, Request(0, 0, 4, 4));
+  EXPECT_EQ(Get(out, Request(0, 0, 4, 4)), 2);
   for (long row = 0; row < 4; ++row) {
     for (long i = 0; i < 12; ++i) EXPECT_EQ(out.At(row, i), i < 8 ? 0 : Output::kGuard);
   }
