@@ -50,10 +50,17 @@ int ReportWrongUse(const CLI::App& app, const std::string& message) {
   return Report(message + "; see ravelin " + path + "--help", kExitWrongUse);
 }
 
+/// CLI11 puts the text together in streams, which leave out what they have no memory for.
+std::string HelpText(const CLI::App& app) {
+  const std::string text = app.help();
+  if (app.help() != text) throw std::bad_alloc();
+  return text;
+}
+
 int ReportParse(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
-    app.exit(error);
-    PrintText("");
+    const bool isHelp = error.get_name() == "CallForHelp";
+    PrintText(isHelp ? HelpText(app) : error.what() + std::string("\n"));
     return kExitDone;
   }
   const CLI::App& command = AskedFor(app);
