@@ -101,10 +101,17 @@ TEST(FilesMemoryTest, ListsArePrinted) {
   const TFilenamesList list = LongList();
   TTemporaryFilesList temporary;
   temporary.InsertFile(kFirst);
-  const TKvDebugSink former = KvSetDebugSink([](const std::string&) {});
+  unsigned long printed = 0;
+  const TKvDebugSink former = KvSetDebugSink([&](const std::string&) { ++printed; });
   ThrowsEverywhere("names", [&] {
+    printed = 0;
     list.DebugOutput(kFirst);
-    return true;
+    return printed;
+  });
+  ThrowsEverywhere("temporary files", [&] {
+    printed = 0;
+    temporary.DebugOutput();
+    return printed;
   });
   KvSetDebugSink(former);
 }

@@ -336,6 +336,20 @@ TEST_F(FileMappingTest, AReadCostsNoReadingCallOfTheSystemAndOneWithoutServices)
   EXPECT_EQ(ReadCallsOf(path, 1000), 1000u);
 }
 
+TEST_F(FileMappingTest, LinesAreReadAheadThroughABuffer) {
+  const auto count = [] { return Figure("/proc/self/io", "syscr"); };
+  if (count() == 0) GTEST_SKIP() << "the system does not count calls";
+  std::string lines;
+  for (int i = 0; i < 1000; ++i) lines += "line\n";
+  Deinit_KvServices();
+  TKvFileStream stream(TKvPath(folder.Write("a", lines)), kvOpenRead, kvShareAll);
+  const unsigned long asking = count();
+  const unsigned long before = count();
+  char line[10];
+  for (int i = 0; i < 1000; ++i) ASSERT_EQ(stream.ReadLine(line, sizeof line), 5u);
+  EXPECT_LE(count() - before - (before - asking), 10u);
+}
+
 constexpr int kCannotTell = 2;
 
 // Runs `action` in a process that the system ends at any call but to read, write and end; returns

@@ -57,6 +57,31 @@ TEST(XIniMemory, AWriterWithoutMemoryFailsAndThrowsNothing) {
   EXPECT_GT(failures, 2U);
 }
 
+TEST(XIniMemory, AWriterNeedsNoMoreMemoryForMoreItemsAndSections) {
+  auto* const stream = new TKvFileStream(TKvPath("/dev/null"), kvOpenWrite, kvShareAll);
+  TKvXIniStreamWriter writer(StreamPointer(stream), 0, TKvXIniStreamWriter::htDocument);
+  const std::string names[] = {"name", "odd name", ""};
+  const std::string value = "what is <not> plain & longer than a string without memory of its own";
+  const auto write = [&] {
+    bool isWritten = true;
+    for (const std::string& name : names) {
+      const unsigned long section = writer.BeginSectionS(name);
+      isWritten &= writer.WriteS<std::string>(name, value) && writer.WriteS<int>(name, 7);
+      isWritten &= writer.WriteS<double>(name, 0.5) && writer.EndSection(section);
+    }
+    return isWritten;
+  };
+  // Once for the sections that are open together.
+  EXPECT_TRUE(write());
+  bool isWritten = true;
+  {
+    const ravelin_test::FailingNew failing(0);
+    for (int i = 0; i < 10000; ++i) isWritten &= write();
+  }
+  EXPECT_TRUE(isWritten);
+  EXPECT_TRUE(writer.Close());
+}
+
 // What the operations that throw their failures throw then.
 TEST(XIniMemory, AWriterWithoutMemoryThrowsWhereItThrowsFailures) {
   const Texts texts;

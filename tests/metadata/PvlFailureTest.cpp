@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "SatCommonUtils/Metadata.h"
+#include "support/EveryAllocation.h"
 
 namespace {
 
@@ -220,6 +221,23 @@ TEST(PvlFailure, CountsLinesOfStreamsThatCannotMove) {
 TEST(PvlFailure, CountsLinesOfZeroBytes) {
   ExpectLinesCounted([](std::string text) { return StreamPointer(new TKvMemoryStream(text)); },
                      '\0');
+}
+
+TEST(PvlFailure, IsLeftAloneWhereThereIsNoMemoryToTellIt) {
+  const std::string group(100, 'g');
+  for (const Converter convert : {Converter{PVLtoXML}, Converter{NASA_PVLtoXML}}) {
+    const StreamPointer in(new TKvMemoryStream("A = 1;\nEND_GROUP = " + group + ";\n"));
+    const StreamPointer out(new TKvMemoryStream);
+    TPvlFailure failure = {kNone.first, kNone.second};
+    EXPECT_GT(ravelin_test::FailuresOf([&] { EXPECT_FALSE(convert(in, out, &failure)); },
+                                       [&] {
+                                         EXPECT_EQ(failure.line, kNone.first);
+                                         EXPECT_EQ(failure.reason, kNone.second);
+                                       }),
+              1u);
+    EXPECT_EQ(failure.line, 2u);
+    EXPECT_EQ(failure.reason, "END_GROUP without an open group");
+  }
 }
 
 }  // namespace

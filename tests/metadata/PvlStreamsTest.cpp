@@ -400,24 +400,26 @@ TEST_P(PvlStreams, SurviveEveryAllocationThatFailsAndNeverTakeALossForASuccess) 
                            std::string(3000, ' ') +
                            "\nEND_GROUP = a;\nC = " + std::string(500, 'y') + ";\n";
   const Outcome whole = Expected(text);
-  bool completed = false;
-  for (unsigned long successes = 0; !completed; ++successes) {
-    ASSERT_LT(successes, 10000u);
-    const StreamPointer in = MakeStream(text);
-    auto* written = new TKvMemoryStream;
-    const StreamPointer out(written);
-    bool result = false;
-    bool threw = false;
-    try {
-      const ravelin_test::FailingNew failing(successes);
-      result = RunConverter(GetParam(), in, out);
-    } catch (const std::bad_alloc&) {
-      threw = true;
+  for (const unsigned long failures : {1ul, ~0ul}) {
+    bool completed = false;
+    for (unsigned long successes = 0; !completed; ++successes) {
+      ASSERT_LT(successes, 10000u);
+      const StreamPointer in = MakeStream(text);
+      auto* written = new TKvMemoryStream;
+      const StreamPointer out(written);
+      bool result = false;
+      try {
+        const ravelin_test::FailingNew failing(successes, failures);
+        result = RunConverter(GetParam(), in, out);
+      } catch (const std::bad_alloc&) {
+        EXPECT_TRUE(ravelin_test::AllocationFailed());
+      }
+      EXPECT_EQ(in.use_count(), 1);
+      EXPECT_EQ(out.use_count(), 1);
+      EXPECT_TRUE(!result || written->Bytes() == whole.xml) << successes;
+      completed = !ravelin_test::AllocationFailed();
+      EXPECT_TRUE(result || !completed);
     }
-    EXPECT_EQ(in.use_count(), 1);
-    EXPECT_EQ(out.use_count(), 1);
-    EXPECT_TRUE(!result || written->Bytes() == whole.xml) << successes;
-    completed = !threw && result;
   }
 }
 

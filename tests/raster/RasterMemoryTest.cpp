@@ -2,6 +2,7 @@
 #include <functional>
 #include <new>
 
+#include "Kv/Services.h"
 #include "raster/MockBand.h"
 #include "raster/RasterTest.h"
 
@@ -77,6 +78,21 @@ TEST_F(RasterMemoryTest, SetsOfTilesAreLookedAt) {
   EXPECT_TRUE(GetStitchedRasterRadiometry(tiles, &width, &height));
   EXPECT_TRUE(CheckSuperTilesDataset(tiles));
   EXPECT_FALSE(failure.Happened());
+}
+
+TEST_F(RasterMemoryTest, KindsThatCannotBePrintedPassTheFailure) {
+  const MockBand band(4, 3, 2, {6, -1234567890});
+  unsigned long printed = 0;
+  const TKvDebugSink former = KvSetDebugSink([&](const std::string&) { ++printed; });
+  EXPECT_GE(FailuresOf(
+                [&] {
+                  printed = 0;
+                  band.DebugOutputChannels();
+                },
+                [&] { EXPECT_LT(printed, 4u); }),
+            3);
+  EXPECT_EQ(printed, 4u);
+  KvSetDebugSink(former);
 }
 
 TEST_F(RasterMemoryTest, PurgingNeedsNoMemory) {

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "Kv/Services.h"
 #include "SatCommonUtils/Shapefile.h"
 #include "shapefile/ShapeFiles.h"
 #include "support/EveryAllocation.h"
@@ -54,6 +55,41 @@ TEST(ShapeFileMemoryTest, PolygonsAreSetUpReadAndWritten) {
         return data.Initialize(&stream) ? data.rings.size() : 0;
       },
       0u);
+}
+
+TEST(ShapeFileMemoryTest, WhatIsPrintedThrows) {
+  TShapeFilePolygonData polygon;
+  ASSERT_TRUE(polygon.Setup(kRings));
+  const std::string title(100, 't');
+  unsigned long printed = 0;
+  const TKvDebugSink former = KvSetDebugSink([&](const std::string&) { ++printed; });
+  const auto prints = [&](const char* name, const auto& print) {
+    ThrowsEverywhere(name, [&] {
+      printed = 0;
+      print();
+      return printed;
+    });
+  };
+  prints("header", [&] { TShapeFileHeader().DebugOutput(title); });
+  prints("polygon header", [&] { TShapeFilePolygonHeader().DebugOutput(title); });
+  prints("points", [&] { polygon.DebugOutput(); });
+  KvSetDebugSink(former);
+}
+
+TEST(ShapeFileMemoryTest, AHeaderThatIsRefusedThrowsItsReasonOrBadAlloc) {
+  for (unsigned long successes = 0;; ++successes) {
+    bool refused = false;
+    try {
+      const ravelin_test::FailingNew failing(successes);
+      const TShapeFileHeaderInfo info{TShapeFileHeader()};
+    } catch (const std::bad_alloc&) {
+      continue;
+    } catch (const std::runtime_error&) {
+      refused = true;
+    }
+    EXPECT_TRUE(refused);
+    break;
+  }
 }
 
 TEST(ShapeFileMemoryTest, ACopyThrows) {

@@ -106,6 +106,9 @@ TEST(TextMemoryTest, NumbersAndParts) {
   ThrowsEverywhere("ValueToString", [&] { return ValueToString(number, "%100.3f"); });
   ThrowsEverywhere("ValueToString of a float", [] { return ValueToString(1.0f, "%100.3f"); });
   ThrowsEverywhere("ValueToString of a whole number", [] { return ValueToString(1u, "%100u"); });
+  ThrowsEverywhere("StringBegins", [] { return StringBegins(kLong, kLong, false); });
+  ThrowsEverywhere("StringContains", [] { return StringContains(kLong, kLong, false); });
+  ThrowsEverywhere("StringEnds", [] { return StringEnds(kLong, kLong, false); });
   for (const bool caseSensitive : {false, true}) {
     ThrowsEverywhere("CutStringHead", [&] { return CutStringHead(kLong, "x", caseSensitive); });
     ThrowsEverywhere("CutStringTail",
