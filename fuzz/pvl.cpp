@@ -1,7 +1,8 @@
-// Converts any bytes as PVL.
+// Converts any bytes as PVL, as the plain model does.
 #include "fuzz/Pvl.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  ConvertPvlText(SatCommonUtils::PVLtoXML, std::string(reinterpret_cast<const char*>(data), size));
+  ConvertPvlText(metadata_test::Dialect::kGeneral,
+                 std::string(reinterpret_cast<const char*>(data), size));
   return 0;
 }

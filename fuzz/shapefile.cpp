@@ -1,11 +1,12 @@
-// Reads any bytes as the main file of a polygon: what is read fits the bytes, and one ring written
-// and read again is the same.
+// Reads any bytes as the main file of a polygon, as the plain model does: what is read fits the
+// bytes, and one ring written and read again is the same.
 #include <cstdint>
 #include <cstring>
 #include <string>
 
 #include "SatCommonUtils/Shapefile.h"
 #include "fuzz/FuzzInput.h"
+#include "shapefile/ShapeFiles.h"
 
 namespace {
 
@@ -65,7 +66,12 @@ void Check(const std::string& bytes) {
   CheckHeader(bytes);
   TKvMemoryStream stream(bytes);
   TShapeFilePolygonData data;
-  if (!data.Initialize(&stream)) return;
+  const bool read = data.Initialize(&stream);
+  const shape_test::TModelResult expected = shape_test::ReadByModel(bytes);
+  Require(read == expected.good, "a file is read when the model reads it");
+  Require(shape_test::BytesOf(data.rings) == shape_test::BytesOf(expected.rings),
+          "the rings are the model's");
+  if (!read) return;
   Require(data, "what was read is valid");
   CheckRings(data, bytes);
   CheckWriting(data);

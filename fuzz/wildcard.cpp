@@ -6,6 +6,7 @@
 
 #include "SatCommonUtils/Files.h"
 #include "fuzz/FuzzInput.h"
+#include "tests/files/WildcardModel.h"
 
 namespace {
 
@@ -21,56 +22,6 @@ std::vector<std::string> Lines(std::string_view text) {
     }
   }
   return lines;
-}
-
-char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 'a' - 'A') : c;
-}
-
-/// Whether the end of a name is what a mask has behind its first byte.
-bool EndMatches(std::string_view name, std::string_view mask) {
-  mask.remove_prefix(1);
-  if (mask.empty() || name.size() < mask.size()) return false;
-  name.remove_prefix(name.size() - mask.size());
-  for (std::size_t i = 0; i < mask.size(); ++i) {
-    if (Lower(name[i]) != Lower(mask[i])) return false;
-  }
-  return true;
-}
-
-/// Takes the bytes up to the next dot off, the dot too.
-std::string_view TakePiece(std::string_view& text) {
-  const std::string_view piece = text.substr(0, text.find('.'));
-  text.remove_prefix(piece.size() < text.size() ? piece.size() + 1 : piece.size());
-  return piece;
-}
-
-bool PieceMatches(std::string_view name, std::string_view mask) {
-  const std::size_t star = mask.find('*');
-  mask = mask.substr(0, star);
-  if (star != std::string_view::npos) name = name.substr(0, star);
-  if (name.size() != mask.size()) return false;
-  for (std::size_t i = 0; i < mask.size(); ++i) {
-    if (mask[i] != '?' && Lower(mask[i]) != Lower(name[i])) return false;
-  }
-  return true;
-}
-
-long Dots(std::string_view text) {
-  long dots = 0;
-  for (const char c : text) dots += c == '.';
-  return dots;
-}
-
-bool Matches(std::string_view name, std::string_view mask) {
-  if (mask.empty()) return false;
-  if (mask[0] == '#') return EndMatches(name, mask);
-  if (Dots(name) != Dots(mask)) return false;
-  for (long pieces = Dots(mask) + 1; pieces > 0; --pieces) {
-    const std::string_view namePiece = TakePiece(name);
-    if (!PieceMatches(namePiece, TakePiece(mask))) return false;
-  }
-  return true;
 }
 
 /// The names that a walk with FindFirst and FindNext visits.
@@ -100,7 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::vector<std::string> expected;
   for (std::size_t i = 1; i < lines.size(); ++i) {
     list.Insert(lines[i]);
-    if (Matches(lines[i], mask)) expected.push_back(lines[i]);
+    if (files_test::Matches(lines[i], mask)) expected.push_back(lines[i]);
   }
   std::vector<std::string> all;
   Require(list.FindAll(mask, &all) == expected.size() && all == expected, "the matches are found");

@@ -29,8 +29,8 @@ inline std::vector<std::string> BreakAtDots(const std::string& name) {
 inline bool PiecesMatch(std::string name, std::string mask) {
   const std::size_t star = mask.find('*');
   if (star != std::string::npos) {
-    mask = mask.substr(0, star);
-    name = name.substr(0, star);
+    mask.resize(star);
+    name.resize(std::min(name.size(), star));
   }
   if (name.size() != mask.size()) return false;
   for (std::size_t i = 0; i < mask.size(); ++i) {

@@ -1,6 +1,7 @@
 #include "metadata/PvlModel.h"
 
-#include "gtest/gtest.h"
+#include <stdexcept>
+
 #include "kv/XIniTest.h"
 
 namespace metadata_test {
@@ -42,6 +43,10 @@ unsigned long Find(const std::string& text, char c, unsigned long pos) {
     if (text[i] == c) return i;
   }
   return kNone;
+}
+
+void RequireWritten(bool isWritten) {
+  if (!isWritten) throw std::logic_error("the writer refuses a call of the model");
 }
 
 /// One conversion at work.
@@ -232,12 +237,12 @@ std::string Replay(const std::vector<WriterCall>& calls) {
     for (const WriterCall& call : calls) {
       if (call.kind == WriterCall::kBeginSection) {
         sections.push_back(writer.BeginSectionS(call.name));
-        EXPECT_NE(sections.back(), 0u);
+        RequireWritten(sections.back() != 0);
       } else if (call.kind == WriterCall::kEndSection) {
-        EXPECT_TRUE(writer.EndSection(sections.back()));
+        RequireWritten(writer.EndSection(sections.back()));
         sections.pop_back();
       } else {
-        EXPECT_TRUE(writer.WriteS<std::string>(call.name, call.value));
+        RequireWritten(writer.WriteS<std::string>(call.name, call.value));
       }
     }
   });

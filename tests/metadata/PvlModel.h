@@ -35,7 +35,8 @@ bool DetectVariable(const std::string& text, unsigned long* pos, std::string* na
 /// Splits a list in round brackets.
 bool UnpackArray(const std::string& value, std::vector<std::string>* items);
 
-/// What a real writer makes of the calls, closed at the end.
+/// What a real writer makes of the calls, closed at the end. Throws std::logic_error when it
+/// refuses one.
 std::string Replay(const std::vector<WriterCall>& calls);
 
 }  // namespace metadata_test
