@@ -61,7 +61,7 @@ const std::vector<Job> kJobs = {
     {"FilesFind", {"files", "find", ".", "RED.RAW"}},
     {"Scene", kScene},
     {"SceneJson", {"scene", "product", "-o", "out", "--json"}, true},
-    {"Sample", {"sample", "s"}, false, 997},
+    {"Sample", {"sample", "s"}, false, 1500},
     {"Help", {"--help"}},
     {"HelpOnASubcommand", {"shape", "from-points", "--help"}},
     {"Version", {"--version"}},
