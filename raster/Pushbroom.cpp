@@ -18,8 +18,8 @@ TPushbroomDibData<T>::~TPushbroomDibData() {
 
 template <class T>
 bool TPushbroomDibData<T>::AllocReadData(long* pos, long* size) {
-  const bool negative = size[0] < 0 || size[1] < 0 || bandsCount < 0;
-  const std::optional<long> samples = negative ? 0 : SizeProduct(size[0], size[1], bandsCount);
+  const bool none = size[0] < 1 || size[1] < 1 || bandsCount < 1;
+  const std::optional<long> samples = none ? 0 : SizeProduct(size[0], size[1], bandsCount);
   if (!samples || *samples > readBufferSize) {
     delete[] readBuffer;
     readBuffer = nullptr;

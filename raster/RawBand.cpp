@@ -40,9 +40,7 @@ struct TRowOffsets {
 std::optional<TRowOffsets> OffsetsInFile(const long* pos, const long* size, long width,
                                          unsigned long bytesPerPixel) {
   long lastRow;
-  if (pos[0] < 0 || pos[1] < 0 || __builtin_add_overflow(pos[1], size[1], &lastRow)) {
-    return std::nullopt;
-  }
+  if (pos[1] < 0 || __builtin_add_overflow(pos[1], size[1], &lastRow)) return std::nullopt;
   const std::optional<long> step = SizeProduct(width, bytesPerPixel);
   const std::optional<long> end = SizeProduct(lastRow, width, bytesPerPixel);
   const std::optional<long> left = SizeProduct(pos[0], bytesPerPixel);

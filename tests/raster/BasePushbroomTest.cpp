@@ -76,6 +76,8 @@ TEST_F(BasePushbroomTest, ANegativeIndexLeavesItsVisibleChannelWithoutBand) {
   EXPECT_THAT(KindsAfter(3, {-5, -1, 1}), ElementsAre(32, 3, 32));
   EXPECT_THAT(KindsAfter(3, {-5, 2, -1}), ElementsAre(32, 32, 4));
   EXPECT_THAT(KindsAfter(3, {0, -1, -1}), ElementsAre(6, 32, 32));
+  EXPECT_THAT(KindsAfter(3, {-1, 0, -1}), ElementsAre(4, 32, 32));
+  EXPECT_THAT(KindsAfter(3, {-1, -1, 0}), ElementsAre(3, 32, 32));
 }
 
 TEST_F(BasePushbroomTest, IndicesBeyondTheBandsLeaveEveryBandWithThirtyTwo) {

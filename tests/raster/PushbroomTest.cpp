@@ -443,6 +443,9 @@ TEST_F(PushbroomTest, TheBlockIsZeroWhereNothingIsReadIntoIt) {
   ASSERT_TRUE(Alloc(band, 3, 2));
   for (long i = 0; i < 6; ++i) EXPECT_EQ(band.readBuffer[i], 0);
   EXPECT_EQ(band.readBuffer[6], SampleAt(2, 1, 0)) << "only the block is cleared";
+  band.readBuffer[0] = 1;
+  ASSERT_TRUE(Alloc(band, 1, 1));
+  EXPECT_EQ(band.readBuffer[0], 0);
   ASSERT_TRUE(Alloc(band, 8, 6));
   for (long i = 0; i < 48; ++i) EXPECT_EQ(band.readBuffer[i], 0);
 }
@@ -460,12 +463,20 @@ TEST_F(PushbroomTest, ABlockWithoutSamplesIsReadAllTheSame) {
   EXPECT_TRUE(Alloc(band, 0, 3));
   EXPECT_TRUE(Alloc(band, 3, 0));
   EXPECT_TRUE(Alloc(band, 3, -2));
+  EXPECT_TRUE(Alloc(band, -3, 2));
   EXPECT_THAT(band.blocks,
               ElementsAre(ScriptedBand::Block{0, 0, 0, 3}, ScriptedBand::Block{0, 0, 3, 0},
-                          ScriptedBand::Block{0, 0, 3, -2}));
+                          ScriptedBand::Block{0, 0, 3, -2}, ScriptedBand::Block{0, 0, -3, 2}));
   EXPECT_EQ(band.readBufferSize, 0);
   band.readResult = false;
   EXPECT_FALSE(Alloc(band, 3, 0));
+}
+
+TEST_F(PushbroomTest, WithoutBandsABlockOfAnySizeHasNoSamples) {
+  ScriptedBand band(8, 6, 0);
+  band.fills = false;
+  EXPECT_TRUE(Alloc(band, 1L << 62, 1L << 62));
+  EXPECT_EQ(band.blocks.size(), 1u);
 }
 
 TEST_F(PushbroomTest, ARequestToARasterWithoutBandsIsServedWithoutAByte) {

@@ -263,6 +263,27 @@ TEST_F(RawBandTest, APixelHasTheBytesThatTheChannelDescriptionSays) {
   EXPECT_EQ(band.rowCacheSize, 24u);
 }
 
+TEST_F(RawBandTest, ARowOfAnOddNumberOfBytesStaysInsideTheRowCache) {
+  SetUpBand(3, 1);
+  band.channels.sampleSize = 3;
+  stream->bytes = "AaxBbyCcz";
+  const ArrayLog log;
+  EXPECT_TRUE(Alloc(0, 0, 3, 1));
+  EXPECT_THAT(log.Sizes(), ElementsAre(3u * 2, 10u));
+  EXPECT_EQ(band.rowCacheSize, 9u);
+  EXPECT_THAT(Buffer(3), ElementsAre(0x6141, 0x6242, 0x6343));
+}
+
+TEST_F(RawBandTest, SamplesOfOneByteAreTheLowBytes) {
+  SetUpBand(3, 1);
+  band.channels.sampleSize = 1;
+  stream->bytes = "abc";
+  EXPECT_TRUE(Alloc(0, 0, 3, 1));
+  EXPECT_THAT(Buffer(3), ElementsAre(0x61, 0x62, 0x63));
+  EXPECT_TRUE(Alloc(1, 0, 1, 1));
+  EXPECT_THAT(Buffer(1), ElementsAre(0x62));
+}
+
 TEST_F(RawBandTest, PixelsOfMoreThanOneSampleGiveTheirFirst) {
   SetUpBand(2, 2, kBig);
   SetUpBand(2, 2, kBig);
@@ -273,11 +294,14 @@ TEST_F(RawBandTest, PixelsOfMoreThanOneSampleGiveTheirFirst) {
 
 TEST_F(RawBandTest, ABlockBeforeTheFileOrBeyondAnyOffsetIsNotRead) {
   SetUpBand(4, 3);
+  ASSERT_TRUE(Alloc(0, 0, 2, 2));
+  stream->Forget();
   constexpr long kMost = std::numeric_limits<long>::max();
   EXPECT_FALSE(Read(-1, 0, 2, 2));
   EXPECT_FALSE(Read(0, -1, 2, 2));
   EXPECT_FALSE(Read(0, kMost, 2, 2));
   EXPECT_FALSE(Read(0, kMost / 4, 2, 2));
+  EXPECT_FALSE(Read(0, kMost / 8 - 1, 1, 3));
   EXPECT_THAT(stream->reads, IsEmpty());
 }
 
@@ -336,6 +360,7 @@ TEST_F(RawBandTest, ABlockWithoutRowsIsReadWithoutTouchingTheStream) {
   SetUpBand(5, 4);
   EXPECT_TRUE(Read(0, 0, 3, 0));
   EXPECT_TRUE(Read(0, 0, 3, -2));
+  EXPECT_TRUE(Read(-1, 1L << 62, 3, 0)) << "wherever it would lie";
   EXPECT_EQ(stream->calls, "");
 }
 
