@@ -241,7 +241,7 @@ TEST_P(SystemFaults, AnAllocationOfALibraryThatFailsIsTold) {
     // more of folders that cannot be read.
     if (IsWhole(result) || (GetParam().words.front() == "files" && result.exitCode == 0)) return;
     EXPECT_EQ(FilesThere(false), before);
-    // Shapelib uses its first block without a look at it.
+    // Shapelib uses its blocks without a look at them.
     if (GetParam().name == "Shape" && result.exitCode == -1) return;
     EXPECT_EQ(result.exitCode, 1);
     // Qt may say something, too.
