@@ -139,10 +139,9 @@ class KV_EXPORT TKvXIniStreamWriter : public TKvXIniWriter {
 /// The reader stands in one section at a time, inside the root element at first, whatever the
 /// root's name. The items of a section are its attributes in order (those beginning with '_' not
 /// counted), then its child elements in order, sections and plain items alike. Entering a section
-/// takes time linear in its items; finding by name is logarithmic after that. Where memory is short,
-/// std::bad_alloc leaves, and the reader is as it was.
-/// The order of the virtual operations is part of the binary interface.
-/// Threads: calls on one reader must not overlap.
+/// takes time linear in its items; finding by name is logarithmic after that. Where memory is
+/// short, std::bad_alloc leaves, and the reader is as it was. The order of the virtual operations
+/// is part of the binary interface. Threads: calls on one reader must not overlap.
 class KV_EXPORT TKvXIniReader {
  public:
   /// Reads the whole stream, from its beginning where it can be positioned, and parses it. Throws
