@@ -8,8 +8,6 @@
 #include <functional>
 #include <limits>
 
-#include "BuildKind.h"
-
 namespace kv_test {
 
 /// The processor time, in seconds, that this thread has taken so far.
@@ -31,11 +29,10 @@ inline void KeepFreedMemory() {
 /// take turns, and the best run of each counts; caches and other programs disturb, so there are
 /// more turns where two do not show it. The action at `size` should take some tenths of a
 /// millisecond at least: what it does only once, and the machine's caches, hide the growth of
-/// shorter ones. A sanitizer makes it many times longer: with one a quarter of `size` is taken.
+/// shorter ones.
 inline bool IsLinear(unsigned long size, const std::function<void(unsigned long)>& action) {
   constexpr int kTurns = 20;
   constexpr double kMost = 9;
-  if (kSanitized) size = (size + 3) / 4;
   const auto cost = [&](unsigned long count) {
     const double begin = ThreadSeconds();
     action(count);
