@@ -52,7 +52,7 @@ int ReportWrongUse(const CLI::App& app, const std::string& message) {
 
 /// CLI11 puts the text together in streams, which leave out what they have no memory for.
 std::string HelpText(const CLI::App& app) {
-  const std::string text = app.help();
+  std::string text = app.help();
   if (app.help() != text) throw std::bad_alloc();
   return text;
 }
