@@ -7,11 +7,12 @@
 
 #include <clocale>
 #include <cstdlib>
-#include <filesystem>
 #include <initializer_list>
+#include <optional>
 #include <string>
-#include <system_error>
 #include <vector>
+
+#include "support/TempFolder.h"
 
 namespace kv_test {
 
@@ -37,22 +38,16 @@ class ScopedLocale {
   }
   ~ScopedLocale() {
     std::setlocale(LC_ALL, former_.c_str());
-    if (folder_.empty()) return;
-    ::unsetenv("LOCPATH");
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
+    if (folder_) ::unsetenv("LOCPATH");
   }
 
  private:
   void Make(const std::string& language, const std::string& charset) {
-    std::string folder = std::filesystem::temp_directory_path() / "locale-XXXXXX";
-    if (::mkdtemp(folder.data()) == nullptr) return;
-    folder_ = folder;
+    folder_.emplace();
     const std::string name = language + "." + charset;
-    if (!Run({"localedef", "--quiet", "-c", "-i", language, "-f", charset, folder + "/" + name})) {
-      return;
-    }
-    ::setenv("LOCPATH", folder.c_str(), 1);
+    const std::string made = *folder_ / name;
+    if (!Run({"localedef", "--quiet", "-c", "-i", language, "-f", charset, made})) return;
+    ::setenv("LOCPATH", folder_->Path().c_str(), 1);
     there_ = std::setlocale(LC_ALL, name.c_str()) != nullptr;
   }
 
@@ -69,7 +64,7 @@ class ScopedLocale {
   }
 
   std::string former_;
-  std::string folder_;
+  std::optional<TempFolder> folder_;
   bool there_ = false;
 };
 
