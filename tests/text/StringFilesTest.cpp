@@ -62,22 +62,27 @@ TEST(WriteStringToFile, FailsOnAFullDisk) {
   EXPECT_FALSE(WriteStringToFile("/dev/full", "x"));
 }
 
-/// Ends the process: 0 when writing fails at every limit below the length and works at the length.
-[[noreturn]] void WriteUpToEveryLimit(const std::string& path) {
+/// 0 when writing fails at every limit below the length and works at the length. The limits stay.
+int WriteUpToEveryLimit(const std::string& path) {
   signal(SIGXFSZ, SIG_IGN);
   const std::string content = "twenty bytes of text";
   for (rlim_t limit = 0; limit <= content.size(); ++limit) {
     const rlimit files = {limit, RLIM_INFINITY};
-    if (setrlimit(RLIMIT_FSIZE, &files) != 0) std::_Exit(2);
-    if (WriteStringToFile(path, content) != (limit == content.size())) std::_Exit(1);
+    if (setrlimit(RLIMIT_FSIZE, &files) != 0) return 2;
+    if (WriteStringToFile(path, content) != (limit == content.size())) return 1;
   }
-  std::_Exit(0);
+  return 0;
+}
+
+/// Ends the process, its folder removed.
+[[noreturn]] void WriteInAFolderOfItsOwn() {
+  const int code = WriteUpToEveryLimit(TempFolder() / "a");
+  std::_Exit(code);
 }
 
 TEST(WriteStringToFile, FailsWhenOnlyAPartOfItCanBeWritten) {
-  const TempFolder folder;
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT(WriteUpToEveryLimit(folder / "a"), ::testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(WriteInAFolderOfItsOwn(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST(WriteStringToFile, FailsWithoutPermission) {
